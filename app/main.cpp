@@ -1,0 +1,35 @@
+#include "app/mainfen.h"
+#include "app/nofocusproxystyle.h"
+#include "app/product.h"
+#include "app/settings_file.h"
+#include "platform/process_end.h"
+
+#include <QApplication>
+#include <QSettings>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char* argv[])
+{
+    QApplication application(argc, argv);
+    const QSettings settings(settings_path(), QSettings::IniFormat);
+    QTranslator translator;
+    QCoreApplication::setOrganizationName(QString::fromLatin1(product::organization));
+    QCoreApplication::setApplicationName(QString::fromLatin1(product::application));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(product::version));
+    QCoreApplication::setOrganizationDomain(QString::fromLatin1(product::organization_domain));
+    if (settings.value(u"MainWindow/lang"_s).toString() == "en"_L1) {
+        // Without the catalogue the texts stay French.
+        [[maybe_unused]] const bool loaded =
+            translator.load(QString::fromLatin1(product::english_catalogue));
+    }
+    QCoreApplication::installTranslator(&translator);
+    QApplication::setStyle(new NoFocusProxyStyle);
+    platform::quit_on_system_request([] { QCoreApplication::quit(); });
+
+    MainFen window;
+    window.translator = &translator;
+    window.show();
+    return QApplication::exec();
+}

@@ -1,0 +1,278 @@
+#include "app/mainfen.h"
+
+#include "dialogs/fenopt.h"
+#include "tree/mytreewidget.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QMenuBar>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+MainFen::MainFen()
+{
+    const QStringList arguments = QCoreApplication::arguments();
+    tree1 = new MyTreeWidget(this);
+    tree2 = new MyTreeWidget(this);
+    createActions();
+    createMenus();
+    createToolBars();
+    statusBar()->show();
+    createLayout();
+    readSettings();
+    setWindowTitle(u"Tavrel"_s);
+    results_shown = false;
+    dispatch_arguments(arguments);
+}
+
+MainFen::~MainFen() = default;
+
+void MainFen::dispatch_arguments(QStringList arguments)
+{
+    connect(this, &MainFen::send_args, tree1, &MyTreeWidget::handle_args);
+    if (!arguments.isEmpty()) {
+        arguments.removeFirst();
+    }
+    if (!arguments.isEmpty()) {
+        emit send_args(arguments);
+    }
+}
+
+void MainFen::createActions()
+{
+    const QIcon close_icon(u":/res/close.png"_s);
+
+    act_quit = new QAction(close_icon, tr("Quitter"), this);
+    act_quit->setShortcut(u"Ctrl+Q"_s);
+    connect(act_quit, &QAction::triggered, qApp, &QCoreApplication::quit);
+
+    act_compare = new QAction(tr("Comparer"), this);
+    act_compare->setShortcut(u"Ctrl+F"_s);
+    act_compare->setStatusTip(tr("Compare les éléments sélectionnés."));
+    connect_start(act_compare);
+
+    act_compare_all = new QAction(tr("Comparer Tout"), this);
+    act_compare_all->setShortcut(u"Ctrl+Shift+F"_s);
+    act_compare_all->setStatusTip(tr("Compare tous les éléments."));
+    connect_start(act_compare_all);
+
+    act_about = new QAction(tr("A Propos..."), this);
+    connect(act_about, &QAction::triggered, this, &MainFen::Apropos);
+
+    act_copy = new QAction(tr("Copier le resultat"), this);
+    act_copy->setShortcut(QKeySequence::Copy);
+    act_copy->setStatusTip(tr("Copie le résultat dans le Presse Papier"));
+    connect(act_copy, &QAction::triggered, tree1, &MyTreeWidget::cc);
+    connect(act_copy, &QAction::triggered, tree2, &MyTreeWidget::cc);
+
+    act_copy_all = new QAction(tr("Copier tous les résultats"), this);
+    act_copy_all->setShortcut(u"Ctrl+Shift+C"_s);
+    act_copy_all->setStatusTip(tr("Copie tous les résultat dans le Presse Papier"));
+    connect(act_copy_all, &QAction::triggered, tree1, &MyTreeWidget::ccAll);
+    connect(act_copy_all, &QAction::triggered, tree2, &MyTreeWidget::ccAll);
+
+    act_options = new QAction(tr("Options..."), this);
+    connect(act_options, &QAction::triggered, this, &MainFen::createOptions);
+
+    act_stop = new QAction(close_icon, tr("Stop"), this);
+    connect(act_stop, &QAction::triggered, tree1->stop_button, &QPushButton::click);
+    connect(act_stop, &QAction::triggered, tree2->stop_button, &QPushButton::click);
+
+    act_reset = new QAction(QIcon(u":/res/reset.png"_s), tr("Réinitialiser"), this);
+    act_reset->setShortcut(QKeySequence::Refresh);
+    act_reset->setStatusTip(tr("Réinitialiser les vues."));
+    connect(act_reset, &QAction::triggered, this, &MainFen::reinitialiser);
+
+    act_horiz = new QAction(QIcon(u":/res/horizontal.png"_s), tr("Vues Horizontales."), this);
+    act_horiz->setShortcut(u"F2"_s);
+    act_horiz->setStatusTip(tr("Vues Horizontales."));
+    connect(act_horiz, &QAction::triggered, this, &MainFen::setSplitOrientHoriz);
+
+    act_verti = new QAction(QIcon(u":/res/vertical.png"_s), tr("Vues Verticales."), this);
+    act_verti->setShortcut(u"F3"_s);
+    act_verti->setStatusTip(tr("Vues Verticales."));
+    connect(act_verti, &QAction::triggered, this, &MainFen::setSplitOrientVerti);
+}
+
+void MainFen::createMenus()
+{
+    QMenu* file = menuBar()->addMenu(tr("&Fichier"));
+    file->addAction(act_compare);
+    file->addAction(act_compare_all);
+    file->addSeparator();
+    file->addAction(act_quit);
+
+    QMenu* edit = menuBar()->addMenu(tr("&Edition"));
+    edit->addAction(act_copy);
+    edit->addAction(act_copy_all);
+    edit->addSeparator();
+    edit->addAction(act_options);
+
+    QMenu* view = menuBar()->addMenu(tr("Fe&nêtre"));
+    view->addAction(act_horiz);
+    view->addAction(act_verti);
+
+    menuBar()->addMenu(u"?"_s)->addAction(act_about);
+}
+
+void MainFen::createToolBars()
+{
+    toolbar = addToolBar(u"Main"_s);
+    radio_md5 = new QRadioButton(u"MD5"_s);
+    radio_md5->setChecked(true);
+    radio_sha1 = new QRadioButton(u"SHA1"_s);
+    toolbar->addWidget(radio_md5);
+    toolbar->addWidget(radio_sha1);
+    for (QAction* action : {act_compare, act_compare_all, act_stop, act_reset}) {
+        toolbar->addSeparator();
+        toolbar->addAction(action);
+    }
+
+    // Pushes what follows to the right end.
+    auto* spacer = new QWidget(this);
+    auto* row = new QHBoxLayout(spacer);
+    row->addSpacerItem(new QSpacerItem(2000, 0, QSizePolicy::Maximum, QSizePolicy::Expanding));
+    toolbar->addWidget(spacer);
+
+    toolbar->addSeparator();
+    toolbar->addAction(act_horiz);
+    toolbar->addAction(act_verti);
+}
+
+QWidget* MainFen::create_pane_container(MyTreeWidget& pane)
+{
+    // Buttons without text say what they do by the texts of the actions that do the same.
+    pane.stop_button->setToolTip(act_stop->text());
+    pane.stop_button->setAccessibleName(act_stop->text());
+    pane.reset_button->setToolTip(act_reset->text());
+    pane.reset_button->setAccessibleName(act_reset->text());
+
+    auto* container = new QWidget(this);
+    auto* column = new QVBoxLayout;
+    auto* row = new QHBoxLayout;
+    row->addWidget(pane.drive_combo);
+    row->addWidget(pane.path_edit);
+    row->addWidget(pane.reset_button);
+    row->addWidget(pane.stop_button);
+    column->addLayout(row);
+    column->addWidget(&pane);
+    column->addWidget(pane.status_label);
+    column->addWidget(pane.progress);
+    container->setLayout(column);
+    return container;
+}
+
+void MainFen::createLayout()
+{
+    splitter = new QSplitter(this);
+    splitter->addWidget(create_pane_container(*tree1));
+    splitter->addWidget(create_pane_container(*tree2));
+    restore_view_layout();
+    setCentralWidget(splitter);
+    make_connections();
+}
+
+void MainFen::make_connections()
+{
+    connect(tree1->act_exclude, &QAction::triggered, this, &MainFen::add_exclus);
+    connect(tree2->act_exclude, &QAction::triggered, this, &MainFen::add_exclus);
+    connect(tree1->act_include, &QAction::triggered, this, &MainFen::rem_exclus);
+    connect(tree2->act_include, &QAction::triggered, this, &MainFen::rem_exclus);
+    connect(radio_md5, &QRadioButton::toggled, tree1, &MyTreeWidget::changeHeaderMD5);
+    connect(radio_md5, &QRadioButton::toggled, tree2, &MyTreeWidget::changeHeaderMD5);
+    connect(radio_sha1, &QRadioButton::toggled, tree1, &MyTreeWidget::changeHeaderSHA1);
+    connect(radio_sha1, &QRadioButton::toggled, tree2, &MyTreeWidget::changeHeaderSHA1);
+    connect(this, &MainFen::alldone, this, &MainFen::reactiveAll);
+    connect(this, &MainFen::alldone, this, &MainFen::results);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &MainFen::writeSettings);
+    connect(&tree1->job_watcher, &QFutureWatcherBase::finished, this, &MainFen::compare);
+    connect(&tree2->job_watcher, &QFutureWatcherBase::finished, this, &MainFen::compare);
+}
+
+// The start comes first and the disabling second: a trigger starts one run, and disableAll() cuts
+// whatever further connections there are before they are reached.
+void MainFen::connect_start(QAction* action)
+{
+    connect(action, &QAction::triggered, this, &MainFen::reinitialiser_lancer);
+    connect(action, &QAction::triggered, this, &MainFen::disableAll);
+}
+
+void MainFen::disableAll()
+{
+    for (const QAction* action : {act_compare, act_compare_all}) {
+        disconnect(action, &QAction::triggered, this, &MainFen::disableAll);
+        disconnect(action, &QAction::triggered, this, &MainFen::reinitialiser_lancer);
+    }
+    radio_md5->setEnabled(false);
+    radio_sha1->setEnabled(false);
+    act_reset->setEnabled(false);
+    act_compare->setEnabled(false);
+    act_compare_all->setEnabled(false);
+}
+
+void MainFen::reactiveAll()
+{
+    radio_md5->setEnabled(true);
+    radio_sha1->setEnabled(true);
+    act_reset->setEnabled(true);
+    act_compare->setEnabled(true);
+    act_compare_all->setEnabled(true);
+    connect_start(act_compare);
+    connect_start(act_compare_all);
+}
+
+void MainFen::setMD5()
+{
+    radio_md5->setChecked(true);
+    radio_md5->setEnabled(false);
+    radio_sha1->setEnabled(false);
+}
+
+void MainFen::setSHA1()
+{
+    radio_sha1->setChecked(true);
+    radio_md5->setEnabled(false);
+    radio_sha1->setEnabled(false);
+}
+
+void MainFen::reinitialiser()
+{
+    tree1->Reset();
+    tree2->Reset();
+}
+
+void MainFen::setSplitOrientHoriz()
+{
+    splitter->setOrientation(Qt::Horizontal);
+    act_horiz->setEnabled(false);
+    act_verti->setEnabled(true);
+}
+
+void MainFen::setSplitOrientVerti()
+{
+    splitter->setOrientation(Qt::Vertical);
+    act_horiz->setEnabled(true);
+    act_verti->setEnabled(false);
+}
+
+void MainFen::createOptions()
+{
+    fen_opt = new FenOpt(this);
+    fen_opt->set_name(tree1->ccname);
+    fen_opt->set_size(tree1->ccsize);
+    fen_opt->set_path(tree1->ccpath);
+    fen_opt->set_upper(tree1->upper);
+    fen_opt->set_rem_dir(tree1->rem_dir);
+    fen_opt->set_rem_view(tree1->rem_view);
+    fen_opt->set_lang(lang);
+    fen_opt->set_exclus(tree1->exclusions);
+    connect(fen_opt, &FenOpt::opt, tree1, &MyTreeWidget::setopt);
+    connect(fen_opt, &FenOpt::opt, tree2, &MyTreeWidget::setopt);
+    connect(fen_opt, &FenOpt::lang, this, &MainFen::setLang);
+    connect(fen_opt, &FenOpt::exclusion, tree1, &MyTreeWidget::set_exclus);
+    connect(fen_opt, &FenOpt::exclusion, tree2, &MyTreeWidget::set_exclus);
+    fen_opt->exec();
+    delete fen_opt;
+}

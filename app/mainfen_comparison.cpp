@@ -1,0 +1,132 @@
+// The comparison run: both panes hash, then their rows are paired, marked and summed up.
+
+#include "app/mainfen.h"
+#include "dialogs/fenres.h"
+#include "engine/duration_text.h"
+#include "engine/pairing.h"
+#include "tree/mytreewidget.h"
+#include "tree/pane_row.h"
+#include "tree/selection.h"
+
+#include <QHash>
+#include <QStatusBar>
+
+namespace {
+
+QList<engine::PairingItem> pairing_items(const MyTreeWidget& pane)
+{
+    QList<engine::PairingItem> items;
+    items.reserve(pane.job_items.size());
+    for (const QTreeWidgetItem* row : pane.job_items) {
+        items.append({name_of(*row), checksum_of(*row)});
+    }
+    return items;
+}
+
+void set_marks(MyTreeWidget& pane, const QList<engine::Mark>& marks)
+{
+    for (qsizetype i = 0; i < marks.size(); ++i) {
+        // A row that is left unmarked keeps the look it had.
+        if (marks[i] != engine::Mark::None) {
+            static_cast<PaneRow*>(pane.job_items[i])->set_mark(marks[i]);
+        }
+    }
+    pane.viewport()->update();
+}
+
+/// The pane's top-level rows that carry the name of one of the given rows: in the order of those,
+/// each with all its namesakes.
+QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QList<QTreeWidgetItem*>& rows)
+{
+    QHash<QString, QList<QTreeWidgetItem*>> by_name;
+    for (int i = 0; i < pane.topLevelItemCount(); ++i) {
+        by_name[name_of(*pane.topLevelItem(i))].append(pane.topLevelItem(i));
+    }
+    QList<QTreeWidgetItem*> found;
+    for (const QTreeWidgetItem* row : rows) {
+        found.append(by_name.take(name_of(*row)));
+    }
+    return found;
+}
+
+} // namespace
+
+void MainFen::reinitialiser_lancer()
+{
+    const bool all = sender() == act_compare_all;
+    timer.start();
+    if (!all) {
+        tree1->reset_marks();
+        tree2->reset_marks();
+        tree1->HashThis();
+        tree2->HashThis();
+        return;
+    }
+    for (MyTreeWidget* pane : {tree1, tree2}) {
+        if (pane->drive_combo->currentText() != tr("Personnalisé")) {
+            pane->Reset();
+        }
+    }
+    tree1->HashAll();
+    tree2->HashAll();
+}
+
+void MainFen::compare()
+{
+    if (tree1->job_running() || tree2->job_running() || consume_stop()) {
+        return;
+    }
+    // Both panes' ends bring us here; the message of the first says that the run is compared.
+    if (statusBar()->currentMessage().contains(tr("Temps total : "))) {
+        return;
+    }
+    mark_pairs();
+    if (timer.isValid()) {
+        statusBar()->showMessage(tr("Temps total : ") + format_time(timer.elapsed()), 2000);
+    }
+    tree1->job_items.clear();
+    tree2->job_items.clear();
+    emit alldone();
+}
+
+bool MainFen::consume_stop()
+{
+    for (MyTreeWidget* pane : {tree1, tree2}) {
+        if (pane->stop_flagged()) {
+            pane->clear_stop_flag();
+            pane->job_items.clear();
+            return true;
+        }
+    }
+    return false;
+}
+
+void MainFen::mark_pairs()
+{
+    const engine::PairingResult marks =
+        engine::pair_by_name(pairing_items(*tree1), pairing_items(*tree2));
+    set_marks(*tree1, marks.first);
+    set_marks(*tree2, marks.second);
+}
+
+// The dialog opens on every other run.
+void MainFen::results()
+{
+    if (results_shown) {
+        results_shown = false;
+        return;
+    }
+    auto* dialog = new FenRes(this, tree1, tree2);
+    dialog->open();
+    results_shown = true;
+}
+
+void MainFen::compare_against(QList<QTreeWidgetItem*> list)
+{
+    MyTreeWidget* target = sender() == tree1 ? tree2 : tree1;
+    tree1->Reset();
+    tree2->Reset();
+    target->deselect_top_level();
+    select_rows(*target, namesakes(*target, list));
+    target->HashThis();
+}

@@ -1,0 +1,62 @@
+// The switch between French and English, and the About box.
+
+#include "app/mainfen.h"
+#include "app/product.h"
+#include "platform/process_end.h"
+
+#include <QCoreApplication>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QTranslator>
+
+using namespace Qt::StringLiterals;
+
+void MainFen::setLang(QString code)
+{
+    if (code == lang) {
+        return;
+    }
+    lang = code;
+    if (translator && code == "en"_L1) {
+        [[maybe_unused]] const bool loaded =
+            translator->load(QString::fromLatin1(product::english_catalogue));
+        QCoreApplication::installTranslator(translator);
+    } else if (translator) {
+        QCoreApplication::removeTranslator(translator);
+    }
+    if (ask_for_restart()) {
+        restart();
+    }
+}
+
+// Windows that are open keep their texts; the question already speaks the new language.
+bool MainFen::ask_for_restart()
+{
+    QMessageBox box(
+        QMessageBox::Question, tr("Redémarrage"),
+        tr("Un Redémarrage est nécessaire pour appliquer les changements de langues.\nVoulez-vous "
+           "redémarrer maintenant ?"),
+        QMessageBox::NoButton);
+    const QPushButton* yes = box.addButton(tr("Oui"), QMessageBox::YesRole);
+    box.addButton(tr("Non"), QMessageBox::NoRole);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+void MainFen::restart()
+{
+    writeSettings();
+    QProcess::startDetached(QCoreApplication::applicationFilePath(), {});
+    platform::end_process(0);
+}
+
+void MainFen::Apropos()
+{
+    QMessageBox box(QMessageBox::Information, tr("A Propos de Tavrel"), tr(product::about_text),
+                    QMessageBox::Ok);
+    const QPixmap logo(u":/res/logo.png"_s);
+    box.setIconPixmap(logo);
+    box.setWindowIcon(QIcon(logo));
+    box.exec();
+}

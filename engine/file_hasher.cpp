@@ -1,0 +1,59 @@
+#include "engine/file_hasher.h"
+
+#include "platform/sequential_file.h"
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace engine {
+
+namespace {
+
+constexpr qint64 block_size = 0x40000;
+
+/// Percent of `size` that `total` is. A file that grows while it is read stays at 100.
+int percent_of(qint64 total, qint64 size)
+{
+    return static_cast<int>(std::min<qint64>(100, total * 100 / size));
+}
+
+} // namespace
+
+FileHasher::FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop)
+    : digest_(algorithm), stop_(std::move(stop)), block_(block_size, Qt::Uninitialized)
+{
+}
+
+FileResult FileHasher::hash(const QString& path, const Listener& listener)
+{
+    QFile file;
+    if (!platform::open_sequential(file, path)) {
+        return {FileOutcome::Unreadable, {}};
+    }
+    const qint64 size = file.size();
+    listener.opened();
+    digest_.reset();
+
+    int shown = -1;
+    for (qint64 total = 0; !stop_requested(stop_);) {
+        const qint64 read = file.read(block_.data(), block_size);
+        if (read <= 0) {
+            break;
+        }
+        total += read;
+        digest_.add(QByteArrayView(block_.constData(), read));
+        const int percent = size > 0 ? percent_of(total, size) : shown;
+        if (percent != shown) {
+            shown = percent;
+            listener.progress(percent);
+        }
+    }
+    if (stop_requested(stop_)) {
+        listener.progress(100);
+        return {FileOutcome::Stopped, {}};
+    }
+    return {FileOutcome::Digested, QString::fromLatin1(digest_.result_hex())};
+}
+
+} // namespace engine

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "engine/digest.h"
+#include "engine/stop_flag.h"
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+namespace engine {
+
+/// How the hashing of one file ended.
+enum class FileOutcome : quint8 {
+    Digested,   ///< the digest is there
+    Unreadable, ///< the file could not be opened
+    Stopped,    ///< the flag was raised before the end
+};
+
+/// Outcome and, when Digested, the lowercase hexadecimal digest.
+struct FileResult
+{
+    FileOutcome outcome = FileOutcome::Stopped;
+    QString digest;
+};
+
+/// Hashes files one after another with one digest and one block buffer (256 KiB), whatever their
+/// sizes. Belongs to one thread at a time.
+class FileHasher final
+{
+  public:
+    /// What the hashing of a file tells on its way.
+    struct Listener
+    {
+        std::function<void()> opened;            ///< the file is open, reading begins
+        std::function<void(int percent)> progress; ///< a new whole percentage, 0 to 100
+    };
+
+    FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop);
+
+    /// Reads the file to its end and returns its digest. An error in the middle of the file ends
+    /// it there. The percentage follows the size the file had when it was opened; a file that
+    /// reported no size tells none. The flag is looked at before every block.
+    FileResult hash(const QString& path, const Listener& listener);
+
+  private:
+    Digest digest_;
+    StopFlag stop_;
+    QByteArray block_;
+};
+
+} // namespace engine

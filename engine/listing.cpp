@@ -1,0 +1,90 @@
+#include "engine/listing.h"
+
+#include <QCollator>
+#include <QDirIterator>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <numeric>
+#include <vector>
+
+using namespace Qt::StringLiterals;
+
+namespace engine {
+
+namespace {
+
+/// Canonical paths of a directory's entries. Only links need a look at the disk: any other entry
+/// stands in its directory under its own name.
+class CanonicalPaths
+{
+  public:
+    explicit CanonicalPaths(const QString& directory)
+        : prefix_(QFileInfo(directory).canonicalFilePath())
+    {
+        if (!prefix_.endsWith(u'/')) {
+            prefix_ += u'/';
+        }
+    }
+
+    QString of(const QFileInfo& info) const
+    {
+        const bool plain = !info.isSymLink() && !info.isJunction() && info.fileName() != ".."_L1;
+        return plain ? prefix_ + info.fileName() : info.canonicalFilePath();
+    }
+
+  private:
+    QString prefix_;
+};
+
+/// The indices of the entries in display order. Sort keys are made once per name: comparing names
+/// by the locale's rules costs too much to be done at every step of a sort.
+std::vector<qsizetype> display_order(const QList<Entry>& entries)
+{
+    const QCollator collator;
+    const bool plain = collator.locale().language() == QLocale::C;
+    std::vector<QCollatorSortKey> keys;
+    if (!plain) {
+        keys.reserve(static_cast<size_t>(entries.size()));
+        for (const Entry& entry : entries) {
+            keys.push_back(collator.sortKey(entry.name));
+        }
+    }
+    std::vector<qsizetype> order(static_cast<size_t>(entries.size()));
+    std::iota(order.begin(), order.end(), 0);
+    std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) {
+        if (entries[a].is_dir != entries[b].is_dir) {
+            return entries[a].is_dir;
+        }
+        return plain ? entries[a].name < entries[b].name
+                     : keys[static_cast<size_t>(a)].compare(keys[static_cast<size_t>(b)]) < 0;
+    });
+    return order;
+}
+
+} // namespace
+
+QList<Entry> list_directory(const QString& path, QDir::Filters filters, const StopFlag& stop)
+{
+    const CanonicalPaths canonical(path);
+    QList<Entry> found;
+    for (QDirIterator it(path, filters); it.hasNext() && !stop_requested(stop);) {
+        it.next();
+        const QFileInfo info = it.fileInfo();
+        const bool is_dir = info.isDir();
+        if (is_dir || info.isFile()) {
+            found.append({info.fileName(), canonical.of(info), is_dir ? 0 : info.size(), is_dir});
+        }
+    }
+    if (stop_requested(stop)) {
+        return found;
+    }
+    QList<Entry> sorted;
+    sorted.reserve(found.size());
+    for (const qsizetype i : display_order(found)) {
+        sorted.append(std::move(found[i]));
+    }
+    return sorted;
+}
+
+} // namespace engine

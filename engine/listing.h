@@ -1,0 +1,32 @@
+#pragma once
+
+#include "engine/stop_flag.h"
+
+#include <QDir>
+#include <QList>
+#include <QString>
+
+namespace engine {
+
+/// One file or directory of a listing.
+struct Entry
+{
+    QString name;       ///< file name
+    QString path;       ///< canonical path
+    qint64 size = 0;    ///< bytes; 0 for directories
+    bool is_dir = false;
+};
+
+/// The filters of the two kinds of listing: what a pane shows, which offers the way up, and what
+/// a directory holds. Hidden and system entries are in neither.
+inline constexpr QDir::Filters shown_entries = QDir::Dirs | QDir::Files | QDir::NoDot;
+inline constexpr QDir::Filters held_entries = QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot;
+
+/// Lists a directory: directories before files, each group by name in the order of the locale, as
+/// QDir::Name | QDir::DirsFirst | QDir::LocaleAware sorts. Entries that are neither files nor
+/// directories are left out; a directory that cannot be read gives an empty list. Safe in any
+/// thread; ends early, with a partial list, when the flag is raised.
+QList<Entry> list_directory(const QString& path, QDir::Filters filters,
+                            const StopFlag& stop = nullptr);
+
+} // namespace engine

@@ -1,0 +1,219 @@
+#include "platform/desktop_registration.h"
+
+#include "platform/mime_apps_list_unix.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QSaveFile>
+#include <QStandardPaths>
+
+using namespace Qt::StringLiterals;
+
+namespace platform {
+
+namespace {
+
+constexpr int tool_timeout = 5000; // ms
+
+const QByteArray desktop_id = "tavrel.desktop";
+const QList<QByteArray> checksum_types = {"text/x-md5sum", "text/x-sha1sum"};
+/// Types from which the desktop derives all others.
+const QList<QByteArray> general_types = {"inode/directory", "application/octet-stream"};
+
+QString data_path(QLatin1StringView path)
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u'/' + path;
+}
+
+QString desktop_entry_path()
+{
+    return data_path("applications/tavrel.desktop"_L1);
+}
+
+QString mime_package_path()
+{
+    return data_path("mime/packages/tavrel.xml"_L1);
+}
+
+QString icon_path()
+{
+    return data_path("icons/hicolor/128x128/apps/tavrel.png"_L1);
+}
+
+/// Replaces the file as a whole or leaves it as it was.
+void write_file(const QString& path, const QByteArray& content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.write(content);
+        file.commit();
+    }
+}
+
+/// What the tool prints; empty when it is missing, fails or does not come to an end.
+QByteArray output_of(const QString& tool, const QStringList& arguments)
+{
+    const QString path = QStandardPaths::findExecutable(tool);
+    if (path.isEmpty()) {
+        return {};
+    }
+    QProcess process;
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(path, arguments);
+    if (!process.waitForFinished(tool_timeout)) {
+        process.kill();
+        process.waitForFinished(tool_timeout);
+        return {};
+    }
+    const bool success = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
+    return success ? process.readAllStandardOutput() : QByteArray();
+}
+
+void refresh_databases()
+{
+    output_of(u"update-mime-database"_s, {data_path("mime"_L1)});
+    output_of(u"update-desktop-database"_s, {data_path("applications"_L1)});
+}
+
+/// A text as value of a desktop entry.
+QString escaped(QString text)
+{
+    return text.replace(u'\\', "\\\\"_L1).replace(u'\n', "\\n"_L1).replace(u'\t', "\\t"_L1);
+}
+
+/// A path as argument of an Exec line, where "%" begins a field code.
+QString quoted(const QString& path)
+{
+    QString argument;
+    for (const QChar c : path) {
+        if (c == u'"' || c == u'`' || c == u'$' || c == u'\\') {
+            argument += u'\\';
+        } else if (c == u'%') {
+            argument += u'%';
+        }
+        argument += c;
+    }
+    return u'"' + argument + u'"';
+}
+
+QByteArray desktop_entry(const QString& program_path)
+{
+    const QByteArray types = (checksum_types + general_types).join(';');
+    const QString entry = uR"([Desktop Entry]
+Type=Application
+Version=1.0
+Name=Tavrel
+Comment=Checksums and directory comparison
+Comment[fr]=Sommes de contrôle et comparaison de répertoires
+Icon=tavrel
+TryExec=%1
+Exec=%2 %F
+MimeType=%3;
+Categories=Utility;FileTools;Qt;
+)"_s;
+    return entry
+        .arg(escaped(program_path), escaped(quoted(program_path)), QString::fromLatin1(types))
+        .toUtf8();
+}
+
+/// Heavier than what other packages usually say of the same names.
+QByteArray mime_package()
+{
+    return R"(<?xml version="1.0" encoding="UTF-8"?>
+<mime-info xmlns="http://www.freedesktop.org/standards/shared-mime-info">
+  <mime-type type="text/x-md5sum">
+    <comment>MD5 checksum file</comment>
+    <comment xml:lang="fr">fichier de sommes MD5</comment>
+    <sub-class-of type="text/plain"/>
+    <glob pattern="*.md5" weight="80"/>
+  </mime-type>
+  <mime-type type="text/x-sha1sum">
+    <comment>SHA1 checksum file</comment>
+    <comment xml:lang="fr">fichier de sommes SHA1</comment>
+    <sub-class-of type="text/plain"/>
+    <glob pattern="*.sha1" weight="80"/>
+  </mime-type>
+</mime-info>
+)";
+}
+
+void install_icon()
+{
+    QFile icon(u":/res/logo.png"_s);
+    if (icon.open(QIODevice::ReadOnly)) {
+        write_file(icon_path(), icon.readAll());
+    }
+}
+
+/// Changes the user's mimeapps.list, unless it is there and cannot be read.
+template <typename Change>
+void change_mime_apps_list(Change change)
+{
+    const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+                         "/mimeapps.list"_L1;
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly) && file.exists()) {
+        return;
+    }
+    const QByteArray before = file.isOpen() ? file.readAll() : QByteArray();
+    if (file.isOpen() && file.error() != QFileDevice::NoError) {
+        return;
+    }
+    file.close();
+    MimeAppsList list(before);
+    change(list);
+    if (list.content() != before) {
+        write_file(path, list.content());
+    }
+}
+
+QByteArray default_application(const QByteArray& type)
+{
+    return output_of(u"xdg-mime"_s, {u"query"_s, u"default"_s, QString::fromLatin1(type)})
+        .trimmed();
+}
+
+} // namespace
+
+void register_with_desktop(const QString& program_path)
+{
+    // Where a desktop only guesses the default of a type, a new entry of the user's comes first in
+    // its guess: what it guesses today is made certain, or folders would open in this program.
+    QList<QByteArray> defaults;
+    for (const QByteArray& type : general_types) {
+        defaults.append(default_application(type));
+    }
+
+    write_file(desktop_entry_path(), desktop_entry(program_path));
+    write_file(mime_package_path(), mime_package());
+    install_icon();
+    refresh_databases();
+
+    change_mime_apps_list([&](MimeAppsList& list) {
+        list.allow(desktop_id);
+        for (qsizetype i = 0; i < general_types.size(); ++i) {
+            const bool known = !defaults[i].isEmpty() && defaults[i] != desktop_id;
+            if (known && !list.has_default(general_types[i])) {
+                list.set_default(general_types[i], defaults[i]);
+            }
+        }
+        for (const QByteArray& type : checksum_types) {
+            list.set_default(type, desktop_id);
+        }
+    });
+}
+
+void unregister_from_desktop()
+{
+    change_mime_apps_list([](MimeAppsList& list) { list.forget(desktop_id); });
+    for (const QString& path : {desktop_entry_path(), mime_package_path(), icon_path()}) {
+        QFile::remove(path);
+    }
+    refresh_databases();
+}
+
+} // namespace platform

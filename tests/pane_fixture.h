@@ -1,0 +1,65 @@
+#pragma once
+
+#include "app/mainfen.h"
+#include "engine/pairing.h"
+#include "tests/test_dir.h"
+#include "tree/mytreewidget.h"
+#include "tree/pane_row.h"
+
+#include <QTreeWidgetItem>
+
+#include <memory>
+
+/// A main window in a working directory of its own, so that no settings come from elsewhere.
+class WindowFixture
+{
+  public:
+    WindowFixture();
+    ~WindowFixture();
+    Q_DISABLE_COPY_MOVE(WindowFixture)
+
+    /// Builds the window anew; the settings file of the working directory is read again.
+    void rebuild();
+
+    /// The action of the window with this (French) text.
+    QAction* action(const QString& text) const;
+
+    /// The radio button of the tool bar with this text.
+    QRadioButton* radio(const QString& text) const;
+
+    /// Waits until no pane works and every queued signal has arrived.
+    static bool wait_idle(const MyTreeWidget& a, const MyTreeWidget& b);
+    bool wait_idle() const { return wait_idle(*first, *second); }
+
+    /// Triggers "Comparer Tout" and waits for its end; answers whether a comparison took place.
+    bool compare_all();
+
+    /// Lets a new comparison count although the message of the last one is still shown.
+    void clear_message();
+
+    TestDir working_dir;
+    std::unique_ptr<MainFen> window;
+    MyTreeWidget* first = nullptr;
+    MyTreeWidget* second = nullptr;
+
+  private:
+    QString old_dir_;
+};
+
+/// The top-level row of that name, or the one below a path of names parted by "/"; null if absent.
+QTreeWidgetItem* find_row(const MyTreeWidget& pane, const QString& name);
+
+/// The checksum shown for a row; "?" when there is no such row.
+QString checksum_at(const MyTreeWidget& pane, const QString& name);
+
+/// The mark of a row, from the brushes of all its columns: "green", "red", "yellow", "white", ""
+/// for none; "?" when there is no such row, "mixed" when the columns disagree.
+QString mark_at(const MyTreeWidget& pane, const QString& name);
+
+/// MD5 or SHA1 of bytes, lowercase hexadecimal, from an implementation that the program's own
+/// digests are checked against.
+QString reference_digest(const QByteArray& bytes,
+                         QCryptographicHash::Algorithm algorithm = QCryptographicHash::Md5);
+
+/// Selects top-level rows by name, in this order, and nothing else.
+void select_names(MyTreeWidget& pane, const QStringList& names);

@@ -1,0 +1,70 @@
+#include "tests/test_dir.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+using namespace Qt::StringLiterals;
+
+QString TestDir::createFile(const QString& name, const QByteArray& content)
+{
+    const QString path = filePath(name);
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size()) {
+        qFatal("cannot write %s", qPrintable(path));
+    }
+    return path;
+}
+
+void TestDir::createFiles(const QStringList& names)
+{
+    for (const QString& name : names) {
+        createFile(name, name.toUtf8());
+    }
+}
+
+QString TestDir::createDir(const QString& name)
+{
+    const QString made = filePath(name);
+    QDir().mkpath(made);
+    return made;
+}
+
+QString TestDir::at(const QString& name) const
+{
+    const QString canonical = QFileInfo(path()).canonicalFilePath();
+    return name.isEmpty() ? canonical : canonical + u'/' + name;
+}
+
+QByteArray TestDir::read(const QString& name) const
+{
+    QFile file(filePath(name));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool permissions_hold()
+{
+    TestDir dir;
+    const QString path = dir.createFile(u"probe"_s, "x");
+    QFile file(path);
+    file.setPermissions({});
+    return !file.open(QIODevice::ReadOnly);
+}
+
+QString make_unreadable(TestDir& dir, const QString& name)
+{
+    if (permissions_hold()) {
+        const QString path = dir.createFile(name, "secret");
+        QFile::setPermissions(path, {});
+        return path;
+    }
+    // Linux lets nobody read this one, not even root.
+    const QString write_only = u"/proc/sys/vm/compact_memory"_s;
+    QFile probe(write_only);
+    if (!probe.exists() || probe.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QString path = dir.filePath(name);
+    return QFile::link(write_only, path) ? path : QString();
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QByteArray>
+#include <QStringList>
+#include <QTemporaryDir>
+
+/// A temporary directory in which a test lays out its files.
+class TestDir : public QTemporaryDir
+{
+  public:
+    /// Writes a file, with the directories on its way; answers its full path.
+    QString createFile(const QString& name, const QByteArray& content = {});
+
+    /// Writes several files whose content is their name.
+    void createFiles(const QStringList& names);
+
+    /// Answers the full path.
+    QString createDir(const QString& name);
+
+    /// Canonical path of the directory itself, or of something in it.
+    QString at(const QString& name = {}) const;
+
+    /// The content of a file; null when there is none.
+    QByteArray read(const QString& name) const;
+};
+
+/// Whether file permissions hold for this user. To root every file is readable.
+bool permissions_hold();
+
+/// A file that exists, is listed and cannot be opened, whoever runs the test; empty where there is
+/// none. It comes to stand as `name` in the directory.
+QString make_unreadable(TestDir& dir, const QString& name);

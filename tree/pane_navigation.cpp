@@ -1,0 +1,246 @@
+// The pane's way through the file system: listing directories and moving between them.
+
+#include "platform/volumes.h"
+#include "tree/background_listing.h"
+#include "tree/icon_cache.h"
+#include "tree/mytreewidget.h"
+#include "tree/pane_row.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPersistentModelIndex>
+#include <QRegularExpression>
+#include <QScopeGuard>
+#include <QScrollBar>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Rows are added in portions; between two of them the window may answer.
+constexpr qsizetype rows_per_portion = 1000;
+constexpr int breath_ms = 40;
+
+PaneRow* make_row(const engine::Entry& entry)
+{
+    auto* row = new PaneRow(entry, PaneRow::Origin::Listed);
+    IconCache& icons = IconCache::shared();
+    row->set_icon(entry.is_dir ? icons.directory() : icons.file(entry.path));
+    return row;
+}
+
+QList<QTreeWidgetItem*> make_rows(const QList<engine::Entry>& entries, qsizetype from, qsizetype n)
+{
+    QList<QTreeWidgetItem*> rows;
+    rows.reserve(n);
+    for (const engine::Entry& entry : entries.sliced(from, n)) {
+        rows.append(make_row(entry));
+    }
+    return rows;
+}
+
+/// An item that does not know its position is looked for from the end of its parent's list, and
+/// remembers what was found. Asked for right after it was added, last one first, each is found
+/// near the end; left for later, a large listing would be searched once per row.
+void prime_positions(const QTreeWidget& tree, const QList<QTreeWidgetItem*>& rows)
+{
+    std::for_each(rows.crbegin(), rows.crend(),
+                  [&](QTreeWidgetItem* row) { tree.indexFromItem(row); });
+}
+
+} // namespace
+
+QString MyTreeWidget::volume_label(const QString& root) const
+{
+    return platform::volume_label(root);
+}
+
+bool MyTreeWidget::in_custom_mode() const
+{
+    return drive_combo->currentText() == tr("Personnalisé");
+}
+
+qsizetype MyTreeWidget::first_content_row() const
+{
+    return is_way_up(topLevelItem(0)) ? 1 : 0;
+}
+
+QTreeWidgetItem* MyTreeWidget::find_top_level(const QString& name) const
+{
+    for (int i = 0; i < topLevelItemCount(); ++i) {
+        if (name_of(*topLevelItem(i)) == name) {
+            return topLevelItem(i);
+        }
+    }
+    return nullptr;
+}
+
+engine::StopFlag MyTreeWidget::begin_listing()
+{
+    if (current_listing) {
+        current_listing->store(true, std::memory_order_relaxed);
+    }
+    current_listing = engine::make_stop_flag();
+    return current_listing;
+}
+
+bool MyTreeWidget::append_rows(QTreeWidgetItem* parent, const QList<engine::Entry>& entries,
+                               const engine::StopFlag& superseded)
+{
+    const QPersistentModelIndex parent_index(indexFromItem(parent));
+    QElapsedTimer since_breath;
+    since_breath.start();
+    for (qsizetype at = 0; at < entries.size(); at += rows_per_portion) {
+        const qsizetype portion = std::min(rows_per_portion, entries.size() - at);
+        const QList<QTreeWidgetItem*> rows = make_rows(entries, at, portion);
+        parent ? parent->addChildren(rows) : addTopLevelItems(rows);
+        prime_positions(*this, rows);
+        if (since_breath.hasExpired(breath_ms)) {
+            QCoreApplication::processEvents();
+            since_breath.restart();
+        }
+        if (engine::stop_requested(superseded) || (parent && !parent_index.isValid())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool MyTreeWidget::PopulateView()
+{
+    if (in_custom_mode()) {
+        changeModel(dir.canonicalPath());
+        return true;
+    }
+    const engine::StopFlag superseded = begin_listing();
+    ++listings_open;
+    const auto closed = qScopeGuard([this] { --listings_open; });
+    const auto entries = list_in_background(dir.path(), dir.filter(), superseded);
+    if (!entries || !append_rows(nullptr, *entries, superseded)) {
+        return false;
+    }
+    scrollToTop();
+    return true;
+}
+
+void MyTreeWidget::PopulateDir(QTreeWidgetItem* parent)
+{
+    if (!parent || parent->childCount() > 0) {
+        return;
+    }
+    const engine::StopFlag gone = engine::make_stop_flag();
+    const QPersistentModelIndex index(indexFromItem(parent));
+    const auto entries = list_in_background(path_of(*parent), engine::held_entries, gone);
+    if (entries && index.isValid() && parent->childCount() == 0) {
+        append_rows(parent, *entries, gone);
+    }
+}
+
+void MyTreeWidget::show_current_path()
+{
+    path_edit->setText(QDir::toNativeSeparators(dir.canonicalPath()));
+}
+
+MyTreeWidget* MyTreeWidget::changeModel(QString path)
+{
+    if (job_running()) {
+        return this;
+    }
+    // One slot for a path, a saved path whose drive is gone and the text of a selector entry.
+    for (const QString& candidate :
+         {path, platform::root_of_path(path), platform::root_of_entry(path), QDir::rootPath()}) {
+        dir.setPath(candidate);
+        if (!candidate.isEmpty() && dir.exists()) {
+            break;
+        }
+    }
+    const QString canonical = dir.canonicalPath();
+    status_label->setText(canonical);
+    show_current_path();
+
+    QStringList entries;
+    for (int i = 0; i < drive_combo->count(); ++i) {
+        const QString entry = drive_combo->itemText(i);
+        entries.append(entry == tr("Personnalisé") ? QString() : entry);
+    }
+    drive_combo->setCurrentIndex(static_cast<int>(platform::find_entry(entries, canonical)));
+
+    clear();
+    PopulateView();
+    return this;
+}
+
+void MyTreeWidget::showDir(QTreeWidgetItem* item, int /*column*/)
+{
+    static const QRegularExpression checksum_suffix(u"md5|sha1"_s);
+    const QString path = path_of(*item);
+    if (checksum_suffix.match(QFileInfo(path).suffix().toLower()).hasMatch()) {
+        compute_compare(item);
+    } else if (item->type() != TypeDir) {
+        HashThis();
+    } else if (!job_running()) {
+        dir.setPath(path);
+        status_label->setText(path);
+        clear();
+        PopulateView();
+    }
+}
+
+void MyTreeWidget::set_path_lineedit()
+{
+    show_current_path();
+}
+
+void MyTreeWidget::retrieve_path_lineedit()
+{
+    changeModel(path_edit->text());
+}
+
+void MyTreeWidget::Reset()
+{
+    if (in_custom_mode()) {
+        reset_marks();
+        return;
+    }
+    const int position = verticalScrollBar()->value();
+    clear();
+    dir.refresh();
+    if (PopulateView()) {
+        // The scroll bar knows its new range only once the rows are laid out.
+        executeDelayedItemsLayout();
+        verticalScrollBar()->setValue(position);
+    }
+}
+
+void MyTreeWidget::update_view(QString name)
+{
+    show_in_status_bar(name);
+    QString wanted = name;
+    if (wanted.isEmpty() && currentItem()) {
+        wanted = name_of(*currentItem());
+    }
+    clear();
+    dir.refresh();
+    PopulateView();
+    QTreeWidgetItem* row = wanted.isEmpty() ? nullptr : find_top_level(wanted);
+    if (row) {
+        scrollToItem(row, QAbstractItemView::PositionAtCenter);
+        row->setSelected(true);
+    }
+}
+
+void MyTreeWidget::expand_tree(QTreeWidgetItem* item)
+{
+    if (item->treeWidget()) {
+        item->setExpanded(true);
+    }
+}
+
+void MyTreeWidget::aff_icon(QTreeWidgetItem* item, QFileInfo info)
+{
+    IconCache& icons = IconCache::shared();
+    const bool directory = item->type() == TypeDir;
+    item->setIcon(ColName, directory ? icons.directory() : icons.file(info.filePath()));
+}

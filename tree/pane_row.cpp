@@ -1,0 +1,122 @@
+#include "tree/pane_row.h"
+
+#include "tree/size_text.h"
+
+#include <QBrush>
+
+using namespace Qt::StringLiterals;
+using engine::Mark;
+
+namespace {
+
+QBrush mark_brush(Mark mark)
+{
+    switch (mark) {
+    case Mark::Identical:
+        return {Qt::green, Qt::SolidPattern};
+    case Mark::Different:
+        return {Qt::red, Qt::SolidPattern};
+    case Mark::NoPartner:
+        return {Qt::yellow, Qt::SolidPattern};
+    case Mark::Cleared:
+        return {Qt::white, Qt::SolidPattern};
+    case Mark::None:
+        break;
+    }
+    return {};
+}
+
+} // namespace
+
+PaneRow::PaneRow(const engine::Entry& entry, Origin origin)
+    : QTreeWidgetItem(entry.is_dir ? TypeDir : TypeFile), name_(entry.name), path_(entry.path),
+      origin_(origin)
+{
+    if (!entry.is_dir) {
+        size_ = format_size(entry.size);
+    } else if (entry.name != ".."_L1) {
+        setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
+    }
+}
+
+QString* PaneRow::text_of(int column)
+{
+    switch (column) {
+    case ColName:
+        return &name_;
+    case ColSize:
+        return &size_;
+    case ColPath:
+        return &path_;
+    case ColHash:
+        return &hash_;
+    default:
+        return nullptr;
+    }
+}
+
+QVariant PaneRow::alignment(int column) const
+{
+    if (type() == TypeFile && column == ColSize && origin_ != Origin::Walked) {
+        return static_cast<int>(Qt::AlignRight | Qt::AlignVCenter);
+    }
+    if (type() == TypeFile && column == ColHash && origin_ == Origin::Listed) {
+        return static_cast<int>(Qt::AlignVCenter);
+    }
+    return {};
+}
+
+QVariant PaneRow::data(int column, int role) const
+{
+    const bool marked = mark_ != Mark::None && column != ColPath;
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        if (const QString* text = const_cast<PaneRow*>(this)->text_of(column)) {
+            return *text;
+        }
+        break;
+    case Qt::DecorationRole:
+        if (column == ColName && !icon_.isNull()) {
+            return icon_;
+        }
+        break;
+    case Qt::TextAlignmentRole:
+        return alignment(column);
+    case Qt::BackgroundRole:
+        if (marked) {
+            return mark_brush(mark_);
+        }
+        break;
+    case Qt::ForegroundRole:
+        if (marked) {
+            return QBrush(Qt::black);
+        }
+        break;
+    default:
+        break;
+    }
+    return QTreeWidgetItem::data(column, role);
+}
+
+void PaneRow::setData(int column, int role, const QVariant& value)
+{
+    QString* text = role == Qt::DisplayRole || role == Qt::EditRole ? text_of(column) : nullptr;
+    if (!text) {
+        QTreeWidgetItem::setData(column, role, value);
+        return;
+    }
+    *text = value.toString();
+    emitDataChanged();
+}
+
+void PaneRow::clear_checksum()
+{
+    hash_.clear();
+    mark_ = Mark::Cleared;
+}
+
+bool is_way_up(const QTreeWidgetItem* row)
+{
+    return row && name_of(*row) == ".."_L1;
+}
