@@ -26,7 +26,7 @@ int main(int argc, char* argv[])
     }
     QCoreApplication::installTranslator(&translator);
     QApplication::setStyle(new NoFocusProxyStyle);
-    platform::quit_on_system_request([] { QCoreApplication::quit(); });
+    platform::quit_on_system_request([] { QCoreApplication::exit(); });
 
     MainFen window;
     window.translator = &translator;

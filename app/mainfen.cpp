@@ -4,6 +4,7 @@
 #include "tree/mytreewidget.h"
 
 #include <QApplication>
+#include <QDir>
 #include <QHBoxLayout>
 #include <QMenuBar>
 #include <QStatusBar>
@@ -11,9 +12,26 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// The paths that the program was started with. Relative ones are resolved now, against the
+/// directory that the shell started it in; absolute ones stay as they were written.
+QStringList path_arguments()
+{
+    QStringList paths = QCoreApplication::arguments().mid(1);
+    for (QString& path : paths) {
+        if (QDir::isRelativePath(path)) {
+            path = QDir::toNativeSeparators(QDir::cleanPath(QDir::current().filePath(path)));
+        }
+    }
+    return paths;
+}
+
+} // namespace
+
 MainFen::MainFen()
 {
-    const QStringList arguments = QCoreApplication::arguments();
+    QStringList arguments = path_arguments();
     tree1 = new MyTreeWidget(this);
     tree2 = new MyTreeWidget(this);
     createActions();
@@ -29,12 +47,9 @@ MainFen::MainFen()
 
 MainFen::~MainFen() = default;
 
-void MainFen::dispatch_arguments(QStringList arguments)
+void MainFen::dispatch_arguments(QStringList& arguments)
 {
     connect(this, &MainFen::send_args, tree1, &MyTreeWidget::handle_args);
-    if (!arguments.isEmpty()) {
-        arguments.removeFirst();
-    }
     if (!arguments.isEmpty()) {
         emit send_args(arguments);
     }

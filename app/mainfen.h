@@ -71,13 +71,15 @@ class MainFen : public QMainWindow
     QWidget* create_pane_container(MyTreeWidget& pane);
     void make_connections();
     void connect_start(QAction* action);
-    void dispatch_arguments(QStringList arguments);
+    void dispatch_arguments(QStringList& arguments);
 
     // mainfen_settings.cpp
     void restore_view_layout();
     void readSettings();
 
     // mainfen_comparison.cpp
+    void start_comparing_selection();
+    void start_comparing_all();
     bool consume_stop();
     void mark_pairs();
 
@@ -90,6 +92,7 @@ class MainFen : public QMainWindow
 
     QElapsedTimer timer;
     bool results_shown = false;
+    bool starting = false; ///< while the panes are listed anew for a comparison
     QSplitter* splitter = nullptr;
 
     QAction* act_quit = nullptr;

@@ -9,6 +9,7 @@
 #include "tree/selection.h"
 
 #include <QHash>
+#include <QScopedValueRollback>
 #include <QStatusBar>
 
 namespace {
@@ -53,15 +54,31 @@ QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QList<QTreeWid
 
 void MainFen::reinitialiser_lancer()
 {
-    const bool all = sender() == act_compare_all;
+    if (sender() == act_compare_all) {
+        start_comparing_all();
+    } else {
+        start_comparing_selection();
+    }
+}
+
+void MainFen::start_comparing_selection()
+{
     timer.start();
-    if (!all) {
-        tree1->reset_marks();
-        tree2->reset_marks();
-        tree1->HashThis();
-        tree2->HashThis();
+    tree1->reset_marks();
+    tree2->reset_marks();
+    tree1->HashThis();
+    tree2->HashThis();
+}
+
+void MainFen::start_comparing_all()
+{
+    // The window stays alive while a large directory is listed, so the command may come again. And
+    // a pane that is hashing could not start over: all files of the other would seem to miss.
+    if (starting || tree1->job_running() || tree2->job_running()) {
         return;
     }
+    const QScopedValueRollback<bool> started(starting, true);
+    timer.start();
     for (MyTreeWidget* pane : {tree1, tree2}) {
         if (pane->drive_combo->currentText() != tr("Personnalisé")) {
             pane->Reset();

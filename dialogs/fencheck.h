@@ -42,7 +42,8 @@ class FenCheck : public QDialog
     /// Shows how much of the file is hashed, in percent.
     void progress(int value);
 
-    /// Shows the file's digest, or what went wrong instead of it, and whether it is the one entered.
+    /// Shows the file's digest, or what went wrong instead of it, and whether it is the one
+    /// entered.
     void handle_res(QString resultat);
 
   protected slots:

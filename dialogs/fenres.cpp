@@ -56,7 +56,7 @@ void show_lines(QListView* view, QStringListModel* model, const QStringList& lin
 }
 
 /// Calls `visit` for every item, parents before their children, collapsed branches included.
-template <typename Visit>
+template<typename Visit>
 void for_each_item(QTreeWidget* tree, Visit visit)
 {
     for (QTreeWidgetItemIterator it(tree); *it; ++it) {

@@ -150,7 +150,7 @@ void install_icon()
 }
 
 /// Changes the user's mimeapps.list, unless it is there and cannot be read.
-template <typename Change>
+template<typename Change>
 void change_mime_apps_list(Change change)
 {
     const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +

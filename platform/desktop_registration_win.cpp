@@ -2,8 +2,10 @@
 
 namespace platform {
 
-void register_with_desktop(const QString&) {}
+void register_with_desktop(const QString&)
+{}
 
-void unregister_from_desktop() {}
+void unregister_from_desktop()
+{}
 
 } // namespace platform
