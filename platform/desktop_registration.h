@@ -10,8 +10,9 @@
 /// most; without them the files are there all the same. Failures are silent.
 namespace platform {
 
-/// Makes the program at this path the one that opens checksum files, and offers it for every file
-/// and directory without making it their default.
+/// Makes the program at this path the one that opens checksum files, and offers it for directories
+/// and for files (type application/octet-stream, of which a desktop may derive all others) without
+/// making it their default: where the desktop names a default today, that is written down.
 void register_with_desktop(const QString& program_path);
 
 /// Takes everything back that names the program.

@@ -7,17 +7,30 @@
 #include <fcntl.h>
 #include <io.h>
 
+using namespace Qt::StringLiterals;
+
 namespace platform {
+
+namespace {
+
+/// The extended form of an absolute path, which lifts the limit of 260 characters.
+QString extended_path(const QString& path)
+{
+    const QString native = QDir::toNativeSeparators(QDir::cleanPath(path));
+    if (native.startsWith(uR"(\\?\)"_s)) {
+        return native;
+    }
+    if (native.startsWith(uR"(\\)"_s)) {
+        return uR"(\\?\UNC\)"_s + native.sliced(2);
+    }
+    return native.size() > 2 && native[1] == u':' ? uR"(\\?\)"_s + native : native;
+}
+
+} // namespace
 
 bool open_sequential(QFile& file, const QString& path)
 {
-    // The extended form lifts the limit of 260 characters.
-    QString native = QDir::toNativeSeparators(QDir::cleanPath(path));
-    if (native.startsWith(uR"(\\)") && !native.startsWith(uR"(\\?\)")) {
-        native = uR"(\\?\UNC\)" + native.mid(2);
-    } else if (native.size() > 2 && native[1] == u':') {
-        native = uR"(\\?\)" + native;
-    }
+    const QString native = extended_path(path);
     const HANDLE handle =
         CreateFileW(reinterpret_cast<const wchar_t*>(native.utf16()), GENERIC_READ,
                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
@@ -26,7 +39,7 @@ bool open_sequential(QFile& file, const QString& path)
         return false;
     }
     const int fd = GetFileType(handle) == FILE_TYPE_DISK
-                       ? _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY)
+                       ? _open_osfhandle(reinterpret_cast<intptr_t>(handle), _O_RDONLY | _O_BINARY)
                        : -1;
     if (fd < 0) {
         CloseHandle(handle);

@@ -3,9 +3,13 @@
 #include "app/product.h"
 
 #include <QDir>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
+#include <QUrl>
 
 using namespace Qt::StringLiterals;
 
@@ -129,4 +133,39 @@ void select_names(MyTreeWidget& pane, const QStringList& names)
     for (const QString& name : names) {
         find_row(pane, name)->setSelected(true);
     }
+}
+
+void expand(MyTreeWidget& pane, const QString& name)
+{
+    find_row(pane, name)->setExpanded(true);
+}
+
+bool drop_files(MyTreeWidget& pane, const QStringList& paths)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& path : paths) {
+        urls.append(QUrl::fromLocalFile(path));
+    }
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(pane.viewport(), &enter);
+    if (!enter.isAccepted()) {
+        return false;
+    }
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(pane.viewport(), &drop);
+    return drop.isAccepted();
+}
+
+QStringList own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind)
+{
+    QStringList signatures;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == kind) {
+            signatures.append(QString::fromLatin1(meta.method(i).methodSignature()));
+        }
+    }
+    return signatures;
 }

@@ -6,6 +6,7 @@
 #include "tree/mytreewidget.h"
 #include "tree/pane_row.h"
 
+#include <QMetaMethod>
 #include <QTreeWidgetItem>
 
 #include <memory>
@@ -63,3 +64,12 @@ QString reference_digest(const QByteArray& bytes,
 
 /// Selects top-level rows by name, in this order, and nothing else.
 void select_names(MyTreeWidget& pane, const QStringList& names);
+
+/// Expands a row by its name, see find_row(); its children are listed when this returns.
+void expand(MyTreeWidget& pane, const QString& name);
+
+/// Drops files onto a pane as a file manager does; answers whether the pane took them.
+bool drop_files(MyTreeWidget& pane, const QStringList& paths);
+
+/// The class's own methods of a kind, by their signatures in the order of the meta-object.
+QStringList own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind);

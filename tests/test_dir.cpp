@@ -24,6 +24,13 @@ void TestDir::createFiles(const QStringList& names)
     }
 }
 
+QString TestDir::createHuge(const QString& name)
+{
+    QFile file(createFile(name));
+    return file.open(QIODevice::WriteOnly) && file.resize(qint64(1) << 40) ? file.fileName()
+                                                                            : QString();
+}
+
 QString TestDir::createDir(const QString& name)
 {
     const QString made = filePath(name);

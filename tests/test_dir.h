@@ -14,6 +14,10 @@ class TestDir : public QTemporaryDir
     /// Writes several files whose content is their name.
     void createFiles(const QStringList& names);
 
+    /// Writes a file that takes longer to read than any test lasts. Answers its full path, or
+    /// nothing where there are no sparse files of that size.
+    QString createHuge(const QString& name);
+
     /// Answers the full path.
     QString createDir(const QString& name);
 

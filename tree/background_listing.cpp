@@ -1,6 +1,5 @@
 #include "tree/background_listing.h"
 
-#include <QEventLoop>
 #include <QFutureWatcher>
 #include <QSemaphore>
 #include <QThreadPool>
@@ -13,13 +12,16 @@ namespace {
 // Up to here nobody notices that the window does not answer.
 constexpr int patience_ms = 40;
 
+// Listings that drives without an answer may hold on to, before others have to wait.
+constexpr int most_threads = 8;
+
 /// Threads for listings alone: the global pool may be full of jobs, and a drive that no longer
 /// answers must block neither them nor the end of the program, so the pool is never destroyed.
 QThreadPool& listing_pool()
 {
     static QThreadPool* const pool = [] {
         auto* made = new QThreadPool;
-        made->setMaxThreadCount(8);
+        made->setMaxThreadCount(most_threads);
         return made;
     }();
     return *pool;
@@ -27,28 +29,30 @@ QThreadPool& listing_pool()
 
 } // namespace
 
-std::optional<QList<engine::Entry>> list_in_background(const QString& path, QDir::Filters filters,
-                                                       const engine::StopFlag& stop)
+std::optional<QList<engine::Entry>> BackgroundListing::list(const QString& path,
+                                                            QDir::Filters filters)
 {
     const auto listed = std::make_shared<QSemaphore>();
     const QFuture<QList<engine::Entry>> future =
-        QtConcurrent::run(&listing_pool(), [path, filters, stop, listed] {
+        QtConcurrent::run(&listing_pool(), [path, filters, stop = stop_, listed] {
             QList<engine::Entry> entries = engine::list_directory(path, filters, stop);
             listed->release();
             return entries;
         });
     if (!listed->tryAcquire(1, patience_ms)) {
-        QEventLoop loop;
         QFutureWatcher<QList<engine::Entry>> watcher;
-        QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop, &QEventLoop::quit);
+        QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop_, &QEventLoop::quit);
         watcher.setFuture(future);
-        loop.exec();
+        loop_.exec();
         if (!listed->tryAcquire()) {
-            stop->store(true, std::memory_order_relaxed);
+            abandon(); // the loop ended without the listing: the application quits
         }
     }
-    if (engine::stop_requested(stop)) {
-        return std::nullopt;
-    }
-    return future.result();
+    return abandoned() ? std::nullopt : std::optional(future.result());
+}
+
+void BackgroundListing::abandon()
+{
+    stop_->store(true, std::memory_order_relaxed);
+    loop_.quit();
 }

@@ -129,6 +129,7 @@ void MyTreeWidget::forget_rows(const QModelIndex& parent, int first, int last)
             add_with_children(add_with_children, row);
         }
     }
+    abandon_listings();
     job_items.removeIf([&](QTreeWidgetItem* row) { return dying.contains(row); });
     job_rows.forget(dying);
     if (dying.contains(file_row)) {
@@ -138,6 +139,8 @@ void MyTreeWidget::forget_rows(const QModelIndex& parent, int first, int last)
 
 void MyTreeWidget::forget_all_rows()
 {
+    // What is still being listed belongs to rows that die now.
+    abandon_listings();
     job_items.clear();
     job_rows.forget_all();
     file_row = nullptr;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/hash_job.h"
-#include "engine/stop_flag.h"
+#include "engine/listing.h"
 #include "tree/row_table.h"
 
 #include <QAction>
@@ -23,6 +23,7 @@
 #include <memory>
 #include <optional>
 
+class BackgroundListing;
 class FenCheck;
 class MainFen;
 
@@ -212,11 +213,13 @@ class MyTreeWidget : public QTreeWidget
     void switch_algorithm(QCryptographicHash::Algorithm algorithm);
 
     // pane_navigation.cpp
-    engine::StopFlag begin_listing();
+    bool list_into(QTreeWidgetItem* parent, const QString& path, QDir::Filters filters);
     bool append_rows(QTreeWidgetItem* parent, const QList<engine::Entry>& entries,
-                     const engine::StopFlag& superseded);
+                     const BackgroundListing& listing);
+    void abandon_listings();
+    bool listing() const;
+    void open_or_fall_back(const QString& path);
     void show_current_path();
-    bool listing() const { return listings_open > 0; }
     qsizetype first_content_row() const;
     QTreeWidgetItem* find_top_level(const QString& name) const;
 
@@ -284,6 +287,5 @@ class MyTreeWidget : public QTreeWidget
     RowTable job_rows;
     QTreeWidgetItem* file_row = nullptr; ///< the row that file_run hashes
 
-    engine::StopFlag current_listing; ///< raised when another listing overtakes it
-    int listings_open = 0;
+    QList<BackgroundListing*> listings; ///< being waited for, the outermost first
 };

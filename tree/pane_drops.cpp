@@ -63,8 +63,6 @@ void MyTreeWidget::dropEvent(QDropEvent* event)
         return;
     }
     const QStringList paths = local_paths(*event->mimeData());
-    // A listing on its way would mix its rows with the dropped ones.
-    begin_listing();
     job_items.clear();
     clear();
     event->acceptProposedAction();

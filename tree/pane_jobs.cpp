@@ -43,7 +43,13 @@ void MyTreeWidget::HashDir()
 
 void MyTreeWidget::launch(void (MyTreeWidget::*job)())
 {
-    if (job_running() || listing()) {
+    if (job_running()) {
+        return;
+    }
+    if (listing()) {
+        // Half of the rows are not there yet. Whoever disabled controls for this job waits for its
+        // end.
+        QMetaObject::invokeMethod(this, &MyTreeWidget::alldone, Qt::QueuedConnection);
         return;
     }
     restart_total_timer();

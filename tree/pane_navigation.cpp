@@ -8,12 +8,12 @@
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
-#include <QPersistentModelIndex>
 #include <QRegularExpression>
 #include <QScopeGuard>
 #include <QScrollBar>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -77,19 +77,22 @@ QTreeWidgetItem* MyTreeWidget::find_top_level(const QString& name) const
     return nullptr;
 }
 
-engine::StopFlag MyTreeWidget::begin_listing()
+void MyTreeWidget::abandon_listings()
 {
-    if (current_listing) {
-        current_listing->store(true, std::memory_order_relaxed);
+    for (BackgroundListing* listing : std::as_const(listings)) {
+        listing->abandon();
     }
-    current_listing = engine::make_stop_flag();
-    return current_listing;
+}
+
+bool MyTreeWidget::listing() const
+{
+    return std::any_of(listings.begin(), listings.end(),
+                       [](const BackgroundListing* listing) { return !listing->abandoned(); });
 }
 
 bool MyTreeWidget::append_rows(QTreeWidgetItem* parent, const QList<engine::Entry>& entries,
-                               const engine::StopFlag& superseded)
+                               const BackgroundListing& listing)
 {
-    const QPersistentModelIndex parent_index(indexFromItem(parent));
     QElapsedTimer since_breath;
     since_breath.start();
     for (qsizetype at = 0; at < entries.size(); at += rows_per_portion) {
@@ -101,11 +104,22 @@ bool MyTreeWidget::append_rows(QTreeWidgetItem* parent, const QList<engine::Entr
             QCoreApplication::processEvents();
             since_breath.restart();
         }
-        if (engine::stop_requested(superseded) || (parent && !parent_index.isValid())) {
+        if (listing.abandoned()) {
             return false;
         }
     }
     return true;
+}
+
+/// Lists a directory and adds its rows below `parent`, or at the top level for null. False when
+/// the listing was abandoned on the way: the parent may be gone then.
+bool MyTreeWidget::list_into(QTreeWidgetItem* parent, const QString& path, QDir::Filters filters)
+{
+    BackgroundListing listing;
+    listings.append(&listing);
+    const auto closed = qScopeGuard([&] { listings.removeOne(&listing); });
+    const auto entries = listing.list(path, filters);
+    return entries && append_rows(parent, *entries, listing);
 }
 
 bool MyTreeWidget::PopulateView()
@@ -114,11 +128,7 @@ bool MyTreeWidget::PopulateView()
         changeModel(dir.canonicalPath());
         return true;
     }
-    const engine::StopFlag superseded = begin_listing();
-    ++listings_open;
-    const auto closed = qScopeGuard([this] { --listings_open; });
-    const auto entries = list_in_background(dir.path(), dir.filter(), superseded);
-    if (!entries || !append_rows(nullptr, *entries, superseded)) {
+    if (!list_into(nullptr, dir.path(), dir.filter())) {
         return false;
     }
     scrollToTop();
@@ -127,14 +137,8 @@ bool MyTreeWidget::PopulateView()
 
 void MyTreeWidget::PopulateDir(QTreeWidgetItem* parent)
 {
-    if (!parent || parent->childCount() > 0) {
-        return;
-    }
-    const engine::StopFlag gone = engine::make_stop_flag();
-    const QPersistentModelIndex index(indexFromItem(parent));
-    const auto entries = list_in_background(path_of(*parent), engine::held_entries, gone);
-    if (entries && index.isValid() && parent->childCount() == 0) {
-        append_rows(parent, *entries, gone);
+    if (parent && parent->childCount() == 0) {
+        list_into(parent, path_of(*parent), engine::held_entries);
     }
 }
 
@@ -143,19 +147,25 @@ void MyTreeWidget::show_current_path()
     path_edit->setText(QDir::toNativeSeparators(dir.canonicalPath()));
 }
 
+// Takes a path, a saved path whose drive is gone, or the text of a selector entry.
+void MyTreeWidget::open_or_fall_back(const QString& path)
+{
+    const auto opened = [this](const QString& candidate) {
+        dir.setPath(candidate);
+        return !candidate.isEmpty() && dir.exists();
+    };
+    if (!opened(path) && !opened(platform::root_of_path(path)) &&
+        !opened(platform::root_of_entry(path))) {
+        dir.setPath(QDir::rootPath());
+    }
+}
+
 MyTreeWidget* MyTreeWidget::changeModel(QString path)
 {
     if (job_running()) {
         return this;
     }
-    // One slot for a path, a saved path whose drive is gone and the text of a selector entry.
-    for (const QString& candidate :
-         {path, platform::root_of_path(path), platform::root_of_entry(path), QDir::rootPath()}) {
-        dir.setPath(candidate);
-        if (!candidate.isEmpty() && dir.exists()) {
-            break;
-        }
-    }
+    open_or_fall_back(path);
     const QString canonical = dir.canonicalPath();
     status_label->setText(canonical);
     show_current_path();
