@@ -31,7 +31,15 @@ MyTreeWidget::MyTreeWidget(QWidget* parent)
     make_connections();
 }
 
-MyTreeWidget::~MyTreeWidget() = default;
+MyTreeWidget::~MyTreeWidget()
+{
+    // The base class clears its model when our members are gone already.
+    disconnect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this,
+               &MyTreeWidget::forget_rows);
+    disconnect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
+               &MyTreeWidget::forget_all_rows);
+    abandon_listings();
+}
 
 void MyTreeWidget::create_header()
 {
