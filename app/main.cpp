@@ -26,6 +26,8 @@ int main(int argc, char* argv[])
     }
     QCoreApplication::installTranslator(&translator);
     QApplication::setStyle(new NoFocusProxyStyle);
+    QApplication::setWindowIcon(QIcon(u":/res/logo.png"_s));
+    QGuiApplication::setDesktopFileName(u"tavrel"_s);
     platform::quit_on_system_request([] { QCoreApplication::exit(); });
 
     MainFen window;

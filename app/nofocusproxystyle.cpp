@@ -1,6 +1,7 @@
 #include "app/nofocusproxystyle.h"
 
-NoFocusProxyStyle::NoFocusProxyStyle() : QProxyStyle(static_cast<QStyle*>(nullptr)) {}
+NoFocusProxyStyle::NoFocusProxyStyle() : QProxyStyle(static_cast<QStyle*>(nullptr))
+{}
 
 NoFocusProxyStyle::~NoFocusProxyStyle() = default;
 

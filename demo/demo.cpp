@@ -51,8 +51,7 @@ class Demonstration
 {
   public:
     Demonstration(const QString& folder, const QString& prefix) : folder_(folder), prefix_(prefix)
-    {
-    }
+    {}
 
     bool run()
     {

@@ -45,7 +45,7 @@ void write_unreadable(const QString& path)
 SampleDirectories::SampleDirectories()
 {
     constexpr quint32 changed = 3;
-    const QStringList names = {u"Côte d'Azur.jpg"_s, u"Forêt.jpg"_s,    u"Hiver à Québec.jpg"_s,
+    const QStringList names = {u"Côte d'Azur.jpg"_s, u"Forêt.jpg"_s,     u"Hiver à Québec.jpg"_s,
                                u"Lac.jpg"_s,         u"Montagnes.jpg"_s, u"Village.jpg"_s};
     for (quint32 i = 0; i < static_cast<quint32>(names.size()); ++i) {
         const auto size = static_cast<qsizetype>(180'000 + 421'000 * i);

@@ -9,8 +9,7 @@ struct Digest::State
 
 Digest::Digest(QCryptographicHash::Algorithm algorithm)
     : state_(new State{QCryptographicHash(algorithm)})
-{
-}
+{}
 
 Digest::~Digest() = default;
 

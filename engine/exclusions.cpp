@@ -25,8 +25,7 @@ QString format_exclusions(const QStringList& suffixes)
 
 bool is_excluded(const QStringList& suffixes, const QString& path)
 {
-    return !suffixes.isEmpty() &&
-           suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
+    return !suffixes.isEmpty() && suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
 }
 
 } // namespace engine

@@ -22,8 +22,7 @@ int percent_of(qint64 total, qint64 size)
 
 FileHasher::FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop)
     : digest_(algorithm), stop_(std::move(stop)), block_(block_size, Qt::Uninitialized)
-{
-}
+{}
 
 FileResult FileHasher::hash(const QString& path, const Listener& listener)
 {

@@ -32,7 +32,7 @@ class FileHasher final
     /// What the hashing of a file tells on its way.
     struct Listener
     {
-        std::function<void()> opened;            ///< the file is open, reading begins
+        std::function<void()> opened;              ///< the file is open, reading begins
         std::function<void(int percent)> progress; ///< a new whole percentage, 0 to 100
     };
 

@@ -87,8 +87,7 @@ class Job
     Job(const HashPlan& plan, const StopFlag& stop, const std::function<void(JobMessage&&)>& tell)
         : plan_(plan), stop_(stop), tell_(tell), hasher_(plan.algorithm, stop),
           next_row_(plan.next_row)
-    {
-    }
+    {}
 
     void run()
     {

@@ -84,8 +84,8 @@ struct FileFound
 };
 
 /// What a job tells, in the order in which it happens.
-using JobMessage = std::variant<DirectoryReached, DirectoryFound, FileStarted, FileProgress,
-                                FileEnded, FileFound>;
+using JobMessage =
+    std::variant<DirectoryReached, DirectoryFound, FileStarted, FileProgress, FileEnded, FileFound>;
 
 /// Runs a job to its end, or until the flag is raised, in the calling thread. Every message goes
 /// to `tell` from that thread. When the flag is raised during a file, its end is still told; the

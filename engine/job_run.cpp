@@ -84,7 +84,8 @@ JobRun::JobRun(HashPlan plan, bool stopped, Handler handler)
     pace_.setTimerType(Qt::PreciseTimer);
     connect(&pace_, &QTimer::timeout, this, &JobRun::deliver);
     promise_.start();
-    QThreadPool::globalInstance()->start([plan = std::move(plan), stop = stop_, mailbox = mailbox_] {
+    QThreadPool::globalInstance()->start([plan = std::move(plan), stop = stop_,
+                                          mailbox = mailbox_] {
         run_hash_job(plan, stop, [&](JobMessage&& message) { mailbox->post(std::move(message)); });
         mailbox->close();
     });

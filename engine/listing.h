@@ -11,9 +11,9 @@ namespace engine {
 /// One file or directory of a listing.
 struct Entry
 {
-    QString name;       ///< file name
-    QString path;       ///< canonical path
-    qint64 size = 0;    ///< bytes; 0 for directories
+    QString name;    ///< file name
+    QString path;    ///< canonical path
+    qint64 size = 0; ///< bytes; 0 for directories
     bool is_dir = false;
 };
 

@@ -24,8 +24,8 @@ void show_in_file_manager(const QString& path)
     const QString address =
         QString::fromLatin1(QUrl::fromLocalFile(path).toEncoded()).replace(u',', "%2C"_L1);
     QProcess::startDetached(
-        u"/bin/sh"_s, {u"-c"_s, script, u"sh"_s, directory ? u"ShowFolders"_s : u"ShowItems"_s,
-                       address, folder});
+        u"/bin/sh"_s,
+        {u"-c"_s, script, u"sh"_s, directory ? u"ShowFolders"_s : u"ShowItems"_s, address, folder});
 }
 
 } // namespace platform

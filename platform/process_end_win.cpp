@@ -12,6 +12,7 @@ void end_process(int exit_code)
     std::abort();
 }
 
-void quit_on_system_request(std::function<void()> /*quit*/) {}
+void quit_on_system_request(std::function<void()> /*quit*/)
+{}
 
 } // namespace platform

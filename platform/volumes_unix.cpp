@@ -16,8 +16,8 @@ namespace {
 /// Mount points that hold the system's own machinery and nothing that a person put there.
 bool is_machinery(const QString& mount_point)
 {
-    static const QStringList trees = {u"/boot"_s, u"/dev"_s,  u"/etc"_s,    u"/proc"_s, u"/run"_s,
-                                      u"/snap"_s, u"/sys"_s,  u"/usr"_s,    u"/var"_s,  u"/lib"_s,
+    static const QStringList trees = {u"/boot"_s, u"/dev"_s,  u"/etc"_s,  u"/proc"_s, u"/run"_s,
+                                      u"/snap"_s, u"/sys"_s,  u"/usr"_s,  u"/var"_s,  u"/lib"_s,
                                       u"/bin"_s,  u"/sbin"_s, u"/lib64"_s};
     // Desktops mount what a person plugs in below /run/media.
     if (mount_point.startsWith("/run/media/"_L1)) {
@@ -31,11 +31,10 @@ bool is_machinery(const QString& mount_point)
 /// File systems that keep nothing on a medium.
 bool is_pseudo(const QStorageInfo& storage)
 {
-    static const QSet<QByteArray> types = {"autofs",  "binfmt_misc", "cgroup",   "cgroup2",
-                                           "devpts",  "devtmpfs",    "efivarfs", "hugetlbfs",
-                                           "mqueue",  "nsfs",        "proc",     "ramfs",
-                                           "securityfs", "squashfs", "sysfs",    "tracefs",
-                                           "overlay", "tmpfs"};
+    static const QSet<QByteArray> types = {
+        "autofs",     "binfmt_misc", "cgroup", "cgroup2", "devpts",  "devtmpfs",
+        "efivarfs",   "hugetlbfs",   "mqueue", "nsfs",    "proc",    "ramfs",
+        "securityfs", "squashfs",    "sysfs",  "tracefs", "overlay", "tmpfs"};
     return types.contains(storage.fileSystemType());
 }
 

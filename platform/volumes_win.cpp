@@ -31,10 +31,10 @@ QString volume_label(const QString& root)
     // A drive without a medium would otherwise stop the window with a box of the system's own.
     DWORD old_mode = 0;
     SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &old_mode);
-    const BOOL read = GetVolumeInformationW(
-        reinterpret_cast<const wchar_t*>(root.utf16()), name.data(),
-        static_cast<DWORD>(name.size()), &serial, &component_length, &flags, file_system.data(),
-        static_cast<DWORD>(file_system.size()));
+    const BOOL read =
+        GetVolumeInformationW(reinterpret_cast<const wchar_t*>(root.utf16()), name.data(),
+                              static_cast<DWORD>(name.size()), &serial, &component_length, &flags,
+                              file_system.data(), static_cast<DWORD>(file_system.size()));
     SetThreadErrorMode(old_mode, nullptr);
     return read ? QString::fromWCharArray(name.data()).trimmed() : QString();
 }

@@ -57,8 +57,7 @@ QRadioButton* WindowFixture::radio(const QString& text) const
 
 bool WindowFixture::wait_idle(const MyTreeWidget& a, const MyTreeWidget& b)
 {
-    const bool idle =
-        QTest::qWaitFor([&] { return !a.job_running() && !b.job_running(); }, 60000);
+    const bool idle = QTest::qWaitFor([&] { return !a.job_running() && !b.job_running(); }, 60000);
     QCoreApplication::processEvents();
     return idle;
 }
@@ -111,9 +110,10 @@ QString mark_at(const MyTreeWidget& pane, const QString& name)
         row->background(ColPath) != QBrush()) {
         return u"mixed"_s;
     }
-    const QList<std::pair<Qt::GlobalColor, QString>> names = {
-        {Qt::green, u"green"_s}, {Qt::red, u"red"_s}, {Qt::yellow, u"yellow"_s},
-        {Qt::white, u"white"_s}};
+    const QList<std::pair<Qt::GlobalColor, QString>> names = {{Qt::green, u"green"_s},
+                                                              {Qt::red, u"red"_s},
+                                                              {Qt::yellow, u"yellow"_s},
+                                                              {Qt::white, u"white"_s}};
     for (const auto& [color, text] : names) {
         if (brush == QBrush(color, Qt::SolidPattern)) {
             return text;

@@ -28,7 +28,7 @@ QString TestDir::createHuge(const QString& name)
 {
     QFile file(createFile(name));
     return file.open(QIODevice::WriteOnly) && file.resize(qint64(1) << 40) ? file.fileName()
-                                                                            : QString();
+                                                                           : QString();
 }
 
 QString TestDir::createDir(const QString& name)

@@ -54,11 +54,17 @@ void TestEngine::duration_text_data()
 {
     QTest::addColumn<qint64>("ms");
     QTest::addColumn<QString>("text");
-    const QList<std::pair<qint64, QString>> rows = {
-        {3'723'456, u"01:02:03."_s}, {360'000'000, u"100:00:00."_s}, {62'500, u"01:02s."_s},
-        {60'000, u"01:00s."_s},      {59'999, u"59.99s"_s},          {2'345, u"2.45s"_s},
-        {2'105, u"2.05s"_s},         {2'100, u"2.00s"_s},            {999, u"0.99s"_s},
-        {3'600'000, u"01:00:00."_s}, {0, u"0.00s"_s}};
+    const QList<std::pair<qint64, QString>> rows = {{3'723'456, u"01:02:03."_s},
+                                                    {360'000'000, u"100:00:00."_s},
+                                                    {62'500, u"01:02s."_s},
+                                                    {60'000, u"01:00s."_s},
+                                                    {59'999, u"59.99s"_s},
+                                                    {2'345, u"2.45s"_s},
+                                                    {2'105, u"2.05s"_s},
+                                                    {2'100, u"2.00s"_s},
+                                                    {999, u"0.99s"_s},
+                                                    {3'600'000, u"01:00:00."_s},
+                                                    {0, u"0.00s"_s}};
     for (const auto& [ms, text] : rows) {
         QTest::newRow(qPrintable(text)) << ms << text;
     }
@@ -209,7 +215,7 @@ using Items = QList<engine::PairingItem>;
 using Marks = QList<Mark>;
 
 /// The rule as it is told, one item against all others.
-engine::PairingResult plain_pairing(const Items& first, Items second)
+engine::PairingResult plain_pairing(const Items& first, const Items& second)
 {
     engine::PairingResult result{Marks(first.size(), Mark::None), Marks(second.size(), Mark::None)};
     QList<qsizetype> left;
@@ -251,9 +257,8 @@ void TestEngine::pairing_rules_data()
     QTest::addColumn<QStringList>("second");
     QTest::addColumn<QString>("marks");
     // Items as name=checksum; marks as one letter each, the lists parted by a bar.
-    const auto row = [](const char* title, QStringList first, QStringList second, QString marks) {
-        QTest::newRow(title) << first << second << marks;
-    };
+    const auto row = [](const char* title, const QStringList& first, const QStringList& second,
+                        const QString& marks) { QTest::newRow(title) << first << second << marks; };
     row("same", {u"a=1f"_s}, {u"a=1F"_s}, u"i|i"_s);
     row("changed", {u"a=1"_s}, {u"a=2"_s}, u"d|d"_s);
     row("missing on either side", {u"a=1"_s}, {u"b=1"_s}, u"n|n"_s);
@@ -330,10 +335,7 @@ QStringList run_and_note(const engine::HashPlan& plan, const engine::StopFlag& s
         {
             return u"started "_s + m.path.section(u'/', -1);
         }
-        QString operator()(const engine::FileProgress& m) const
-        {
-            return u"%1%"_s.arg(m.percent);
-        }
+        QString operator()(const engine::FileProgress& m) const { return u"%1%"_s.arg(m.percent); }
         QString operator()(const engine::FileEnded& m) const
         {
             return u"ended %1 %2"_s.arg(m.row).arg(outcome(m.result));
@@ -386,12 +388,24 @@ void TestEngine::job_tells_the_walk_in_order()
                   step(Kind::Walk, 2, dir.at(u"top"_s)),
                   step(Kind::File, 3, dir.at(u"top/gone.txt"_s))};
     plan.next_row = 4;
-    const QStringList expected = {
-        u"started skip.TMP"_s, u"100%"_s, u"ended 0 9dd4e4"_s, u"reached 1"_s, u"reached 2"_s,
-        u"directory 4 in 2: sub"_s, u"reached 4"_s, u"started two.txt"_s, u"100%"_s,
-        u"file in 4: two.txt b8a9f7"_s, u"directory 5 in 2: void"_s, u"reached 5"_s,
-        u"started empty.txt"_s, u"file in 2: empty.txt d41d8c"_s, u"started one.txt"_s,
-        u"100%"_s, u"file in 2: one.txt f97c5d"_s, u"ended 3 unreadable"_s};
+    const QStringList expected = {u"started skip.TMP"_s,
+                                  u"100%"_s,
+                                  u"ended 0 9dd4e4"_s,
+                                  u"reached 1"_s,
+                                  u"reached 2"_s,
+                                  u"directory 4 in 2: sub"_s,
+                                  u"reached 4"_s,
+                                  u"started two.txt"_s,
+                                  u"100%"_s,
+                                  u"file in 4: two.txt b8a9f7"_s,
+                                  u"directory 5 in 2: void"_s,
+                                  u"reached 5"_s,
+                                  u"started empty.txt"_s,
+                                  u"file in 2: empty.txt d41d8c"_s,
+                                  u"started one.txt"_s,
+                                  u"100%"_s,
+                                  u"file in 2: one.txt f97c5d"_s,
+                                  u"ended 3 unreadable"_s};
     QCOMPARE(run_and_note(plan), expected);
 }
 
@@ -434,9 +448,9 @@ void TestEngine::job_ends_in_a_loop_of_links()
     engine::HashPlan plan;
     plan.steps = {step(Kind::Walk, 0, dir.at(u"a"_s))};
     plan.next_row = 1;
-    const QStringList expected = {u"reached 0"_s, u"directory 1 in 0: b"_s, u"reached 1"_s,
-                                  u"directory 2 in 1: back"_s, u"reached 2"_s, u"started file"_s,
-                                  u"100%"_s, u"file in 1: file 9dd4e4"_s};
+    const QStringList expected = {
+        u"reached 0"_s, u"directory 1 in 0: b"_s, u"reached 1"_s, u"directory 2 in 1: back"_s,
+        u"reached 2"_s, u"started file"_s,        u"100%"_s,      u"file in 1: file 9dd4e4"_s};
     QCOMPARE(run_and_note(plan), expected);
 }
 

@@ -33,11 +33,11 @@ class JobRun;
 
 /// One directory pane: a tree of files and directories with the controls around it.
 ///
-/// The pane lists a directory (pane_navigation.cpp), hashes rows on the thread pool (pane_jobs.cpp),
-/// writes and verifies checksum files (pane_writer.cpp, pane_verifier.cpp), checks one file against
-/// a digest (pane_check.cpp) and offers its commands by menu, keys and clipboard (pane_menu.cpp,
-/// pane_clipboard.cpp) and by drops and command-line paths (pane_drops.cpp). What it needs of the
-/// main window stands in pane_main_window.cpp.
+/// The pane lists a directory (pane_navigation.cpp), hashes rows on the thread pool
+/// (pane_jobs.cpp), writes and verifies checksum files (pane_writer.cpp, pane_verifier.cpp), checks
+/// one file against a digest (pane_check.cpp) and offers its commands by menu, keys and clipboard
+/// (pane_menu.cpp, pane_clipboard.cpp) and by drops and command-line paths (pane_drops.cpp). What
+/// it needs of the main window stands in pane_main_window.cpp.
 ///
 /// Lives in the GUI thread; jobs reach it by messages only.
 class MyTreeWidget : public QTreeWidget

@@ -73,8 +73,7 @@ void MyTreeWidget::prepare_hash()
 
 void MyTreeWidget::plan_file(QTreeWidgetItem* item)
 {
-    plan->steps.push_back(
-        {engine::HashStep::Kind::File, job_rows.add(item), path_of(*item)});
+    plan->steps.push_back({engine::HashStep::Kind::File, job_rows.add(item), path_of(*item)});
 }
 
 void MyTreeWidget::PopulateList(QTreeWidgetItem* parent)
@@ -84,8 +83,8 @@ void MyTreeWidget::PopulateList(QTreeWidgetItem* parent)
         return;
     }
     const bool known = parent->childCount() > 0;
-    plan->steps.push_back({known ? Kind::Enter : Kind::Walk, job_rows.add(parent),
-                           path_of(*parent)});
+    plan->steps.push_back(
+        {known ? Kind::Enter : Kind::Walk, job_rows.add(parent), path_of(*parent)});
     for (int i = 0; i < parent->childCount(); ++i) {
         QTreeWidgetItem* child = parent->child(i);
         if (child->type() == TypeFile) {

@@ -55,7 +55,8 @@ void MyTreeWidget::compute_compare(QTreeWidgetItem* item)
         return;
     }
     if (expected->isEmpty()) {
-        show_report({QMessageBox::Critical, tr("Rien"),
+        show_report({QMessageBox::Critical,
+                     tr("Rien"),
                      tr("<strong><u>Rien à vérifier !<u/></strong><br />"),
                      {},
                      false});
@@ -120,7 +121,8 @@ void MyTreeWidget::report_verification(const QStringList& errors)
     for (const QString& error : errors) {
         lines += error + u"<br />"_s;
     }
-    show_report({QMessageBox::Critical, tr("Ko"),
+    show_report({QMessageBox::Critical,
+                 tr("Ko"),
                  tr("<strong><u>Erreurs avec les fichiers suivants :<u/></strong><br /><br />%1")
                      .arg(lines),
                  {},

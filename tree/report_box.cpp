@@ -27,8 +27,8 @@ void keep_on_screen(QMessageBox& box)
     area->setFrameShape(QFrame::NoFrame);
     area->setWidgetResizable(true);
     area->setMinimumHeight(highest);
-    area->setMinimumWidth(qMin(label->sizeHint().width() + 40,
-                               box.screen()->availableGeometry().width() * 2 / 3));
+    area->setMinimumWidth(
+        qMin(label->sizeHint().width() + 40, box.screen()->availableGeometry().width() * 2 / 3));
     grid->removeWidget(label);
     area->setWidget(label);
     grid->addWidget(area, row, column, rows, columns);

@@ -9,8 +9,8 @@ struct Report
 {
     QMessageBox::Icon icon;
     QString title;
-    QString text;    ///< rich text
-    QPixmap picture; ///< instead of the icon, also as window icon; may be null
+    QString text;            ///< rich text
+    QPixmap picture;         ///< instead of the icon, also as window icon; may be null
     bool selectable = false; ///< whether the text can be selected and copied
 };
 

@@ -36,8 +36,8 @@ void select_rows(QTreeWidget& tree, const QList<QTreeWidgetItem*>& rows)
         if (!index.isValid()) {
             continue;
         }
-        const bool follows = last.isValid() && index.parent() == last.parent() &&
-                             index.row() == last.row() + 1;
+        const bool follows =
+            last.isValid() && index.parent() == last.parent() && index.row() == last.row() + 1;
         if (!follows) {
             close_range();
             first = index;

@@ -12,7 +12,8 @@ constexpr qint64 giga = 1024 * mega;
 
 QString count_of(qint64 bytes, qint64 unit)
 {
-    return QString::number(qRound64(static_cast<double>(bytes) * (1.0 / static_cast<double>(unit))));
+    return QString::number(
+        qRound64(static_cast<double>(bytes) * (1.0 / static_cast<double>(unit))));
 }
 
 } // namespace
