@@ -62,7 +62,9 @@ void MainFen::readSettings()
     settings.beginGroup(u"MainWindow"_s);
     const QSize default_size(800, 600);
     resize(usable_size(settings.value(u"size"_s, default_size).toSize(), default_size));
-    const QPoint position = settings.value(u"pos"_s, QPoint(100, 200)).toPoint();
+    const QVariant saved = settings.value(u"pos"_s);
+    const bool usable = saved.typeId() == QMetaType::QPoint;
+    const QPoint position = usable ? saved.toPoint() : QPoint(100, 200);
     move(position_in_sight(position, size(), screen_areas()));
     lang = settings.value(u"lang"_s).toString();
     settings.endGroup();

@@ -8,6 +8,9 @@ namespace {
 constexpr int grip_width = 64;
 constexpr int grip_height = 24;
 
+// No screen lies farther out, and not much farther the arithmetic of rectangles ends.
+constexpr int farthest = 0x1000000;
+
 bool can_be_gripped(const QRect& top_edge, const QRect& screen)
 {
     const QRect seen = top_edge.intersected(screen);
@@ -23,7 +26,9 @@ int into_range(int value, int length, int from, int available)
 
 QPoint position_in_sight(const QPoint& position, const QSize& size, const QList<QRect>& screens)
 {
-    const QRect top_edge(position, QSize(size.width(), grip_height));
+    const QPoint bounded(std::clamp(position.x(), -farthest, farthest),
+                         std::clamp(position.y(), -farthest, farthest));
+    const QRect top_edge(bounded, QSize(size.width(), grip_height));
     const bool seen = std::any_of(screens.begin(), screens.end(), [&](const QRect& screen) {
         return can_be_gripped(top_edge, screen);
     });

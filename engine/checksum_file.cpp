@@ -137,8 +137,10 @@ bool write_checksum_file(const QString& path, const QString& text, Replace repla
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
-    file.write(encode_checksum_text(text));
-    if (replace == Replace::No && QFileInfo::exists(path)) {
+    // commit() does not hear of an error that befalls it when it empties the buffer itself.
+    const QByteArray bytes = encode_checksum_text(text);
+    const bool whole = file.write(bytes) == bytes.size() && file.flush();
+    if (!whole || (replace == Replace::No && QFileInfo::exists(path))) {
         file.cancelWriting();
     }
     return file.commit();

@@ -17,6 +17,7 @@
 #include <QMap>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QSet>
 #include <QStringList>
 #include <QTreeWidget>
 
@@ -226,7 +227,7 @@ class MyTreeWidget : public QTreeWidget
     // pane_jobs.cpp
     void launch(void (MyTreeWidget::*job)());
     void prepare_hash();
-    void plan_file(QTreeWidgetItem* item);
+    bool plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row);
     void start_job(JobKind kind);
     void calculate_hash(QTreeWidgetItem* item);
     void finish_hash(JobKind kind);
@@ -284,6 +285,7 @@ class MyTreeWidget : public QTreeWidget
     std::unique_ptr<engine::JobRun> job_run;
     std::unique_ptr<engine::JobRun> file_run;
     std::optional<engine::HashPlan> plan; ///< while a job is being planned
+    QSet<QTreeWidgetItem*> planned_rows;  ///< rows that have a step in it
     RowTable job_rows;
     QTreeWidgetItem* file_row = nullptr; ///< the row that file_run hashes
 

@@ -66,29 +66,35 @@ void MyTreeWidget::prepare_hash()
     plan = engine::HashPlan{};
     plan->algorithm = algo;
     plan->exclusions = exclusions;
+    planned_rows.clear();
     job_rows.clear();
     // The job lists what it walks itself; a row expanded meanwhile must not be listed twice.
     disconnect(this, &QTreeWidget::itemExpanded, this, &MyTreeWidget::PopulateDir);
 }
 
-void MyTreeWidget::plan_file(QTreeWidgetItem* item)
+/// Adds a step for a row, unless it has one: a row that is selected together with its directory
+/// is hashed once, or it would take two partners in a comparison.
+bool MyTreeWidget::plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row)
 {
-    plan->steps.push_back({engine::HashStep::Kind::File, job_rows.add(item), path_of(*item)});
+    if (planned_rows.contains(row)) {
+        return false;
+    }
+    planned_rows.insert(row);
+    plan->steps.push_back({kind, job_rows.add(row), path_of(*row)});
+    return true;
 }
 
 void MyTreeWidget::PopulateList(QTreeWidgetItem* parent)
 {
     using Kind = engine::HashStep::Kind;
-    if (!plan || !parent) {
+    const bool known = parent && parent->childCount() > 0;
+    if (!plan || !parent || !plan_step(known ? Kind::Enter : Kind::Walk, parent)) {
         return;
     }
-    const bool known = parent->childCount() > 0;
-    plan->steps.push_back(
-        {known ? Kind::Enter : Kind::Walk, job_rows.add(parent), path_of(*parent)});
     for (int i = 0; i < parent->childCount(); ++i) {
         QTreeWidgetItem* child = parent->child(i);
         if (child->type() == TypeFile) {
-            plan_file(child);
+            plan_step(Kind::File, child);
         } else if (!is_way_up(child)) {
             PopulateList(child);
         }
@@ -103,7 +109,7 @@ void MyTreeWidget::tampon_calculate_hash()
     prepare_hash();
     for (QTreeWidgetItem* row : selected_rows(*this)) {
         if (row->type() == TypeFile) {
-            plan_file(row);
+            plan_step(engine::HashStep::Kind::File, row);
         } else if (!is_way_up(row)) {
             PopulateList(row);
         }
@@ -120,7 +126,7 @@ void MyTreeWidget::tampon_calculate_hashdir()
     for (auto i = static_cast<int>(first_content_row()); i < topLevelItemCount(); ++i) {
         QTreeWidgetItem* row = topLevelItem(i);
         if (row->type() == TypeFile && !engine::is_excluded(exclusions, path_of(*row))) {
-            plan_file(row);
+            plan_step(engine::HashStep::Kind::File, row);
         }
     }
     start_job(JobKind::Directory);
@@ -142,6 +148,7 @@ void MyTreeWidget::start_job(JobKind kind)
             [this, kind] { finish_hash(kind); },
         });
     plan.reset();
+    planned_rows.clear();
     job_future = job_run->future();
     job_watcher.setFuture(job_future);
 }
