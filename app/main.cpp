@@ -28,10 +28,19 @@ int main(int argc, char* argv[])
     QApplication::setStyle(new NoFocusProxyStyle);
     QApplication::setWindowIcon(QIcon(u":/res/logo.png"_s));
     QGuiApplication::setDesktopFileName(u"tavrel"_s);
-    platform::quit_on_system_request([] { QCoreApplication::exit(); });
+    // The window may be listing a slow drive before it is even shown: exec() would forget that the
+    // system asked for the end meanwhile.
+    bool end_requested = false;
+    platform::quit_on_system_request([&] {
+        end_requested = true;
+        QCoreApplication::exit();
+    });
 
     MainFen window;
     window.translator = &translator;
+    if (end_requested) {
+        return 0;
+    }
     window.show();
     return QApplication::exec();
 }

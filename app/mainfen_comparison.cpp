@@ -35,17 +35,27 @@ void set_marks(MyTreeWidget& pane, const QList<engine::Mark>& marks)
     pane.viewport()->update();
 }
 
-/// The pane's top-level rows that carry the name of one of the given rows: in the order of those,
-/// each with all its namesakes.
-QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QList<QTreeWidgetItem*>& rows)
+QStringList names_of(const QList<QTreeWidgetItem*>& rows)
+{
+    QStringList names;
+    names.reserve(rows.size());
+    for (const QTreeWidgetItem* row : rows) {
+        names.append(name_of(*row));
+    }
+    return names;
+}
+
+/// The pane's top-level rows that carry one of the names: in the order of those, each with all its
+/// namesakes.
+QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QStringList& names)
 {
     QHash<QString, QList<QTreeWidgetItem*>> by_name;
     for (int i = 0; i < pane.topLevelItemCount(); ++i) {
         by_name[name_of(*pane.topLevelItem(i))].append(pane.topLevelItem(i));
     }
     QList<QTreeWidgetItem*> found;
-    for (const QTreeWidgetItem* row : rows) {
-        found.append(by_name.take(name_of(*row)));
+    for (const QString& name : names) {
+        found.append(by_name.take(name));
     }
     return found;
 }
@@ -141,9 +151,11 @@ void MainFen::results()
 void MainFen::compare_against(QList<QTreeWidgetItem*> list)
 {
     MyTreeWidget* target = sender() == tree1 ? tree2 : tree1;
+    // The window stays alive while a large directory is listed, so the dropped rows may die.
+    const QStringList names = names_of(list);
     tree1->Reset();
     tree2->Reset();
     target->deselect_top_level();
-    select_rows(*target, namesakes(*target, list));
+    select_rows(*target, namesakes(*target, names));
     target->HashThis();
 }

@@ -22,6 +22,11 @@ class CanonicalPaths
     explicit CanonicalPaths(const QString& directory)
         : prefix_(QFileInfo(directory).canonicalFilePath())
     {
+        // None when the directory is gone, for this moment at least: what is found in it later must
+        // not pass for entries of the root.
+        if (prefix_.isEmpty()) {
+            prefix_ = QDir::cleanPath(QFileInfo(directory).absoluteFilePath());
+        }
         if (!prefix_.endsWith(u'/')) {
             prefix_ += u'/';
         }

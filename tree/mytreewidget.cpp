@@ -185,10 +185,12 @@ void MyTreeWidget::reactivate_all()
 
 void MyTreeWidget::reset_marks()
 {
-    const auto reset_below = [](auto&& self, QTreeWidgetItem* row) -> void {
+    QSet<QTreeWidgetItem*> cleared;
+    const auto reset_below = [&](auto&& self, QTreeWidgetItem* row) -> void {
         if (row->childCount() == 0) {
             if (!checksum_of(*row).isEmpty()) {
                 static_cast<PaneRow*>(row)->clear_checksum();
+                cleared.insert(row);
             }
             return;
         }
@@ -199,6 +201,9 @@ void MyTreeWidget::reset_marks()
     for (int i = 0; i < topLevelItemCount(); ++i) {
         reset_below(reset_below, topLevelItem(i));
     }
+    // A job that is still running has nothing to say of these any more: two files that both lost
+    // their checksums would pass for alike at its end.
+    job_items.removeIf([&](QTreeWidgetItem* row) { return cleared.contains(row); });
     viewport()->update();
 }
 

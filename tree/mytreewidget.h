@@ -212,6 +212,7 @@ class MyTreeWidget : public QTreeWidget
     void restart_total_timer();
     void show_in_status_bar(const QString& text);
     void switch_algorithm(QCryptographicHash::Algorithm algorithm);
+    void enable_main_window();
 
     // pane_navigation.cpp
     bool list_into(QTreeWidgetItem* parent, const QString& path, QDir::Filters filters);

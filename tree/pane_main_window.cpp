@@ -47,6 +47,14 @@ void MyTreeWidget::show_in_status_bar(const QString& text)
     }
 }
 
+// What switching the algorithm disables is enabled by the end of a job: there will be none.
+void MyTreeWidget::enable_main_window()
+{
+    if (main_window && !job_running()) {
+        main_window->reactiveAll();
+    }
+}
+
 void MyTreeWidget::switch_algorithm(QCryptographicHash::Algorithm algorithm)
 {
     const bool md5 = algorithm == QCryptographicHash::Md5;

@@ -1,6 +1,7 @@
 // Verifies the directory shown against a checksum file in it.
 
 #include "engine/checksum_file.h"
+#include "platform/sequential_file.h"
 #include "tree/mytreewidget.h"
 #include "tree/pane_row.h"
 #include "tree/report_box.h"
@@ -25,8 +26,8 @@ const QString& checksum_file_key()
 /// The digests that a checksum file expects, by full path; nothing when it cannot be opened.
 std::optional<QMap<QString, QString>> read_expected(const QString& path)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
+    QFile file;
+    if (!platform::open_sequential(file, path)) {
         return std::nullopt;
     }
     return engine::read_checksum_file(file, QFileInfo(path).path());
@@ -52,6 +53,7 @@ void MyTreeWidget::compute_compare(QTreeWidgetItem* item)
         QMessageBox::critical(this, tr("Impossible d'ouvrir le fichier"),
                               tr("Impossible d'ouvrir le fichier %1.%2").arg(stem, extension),
                               QMessageBox::Ok);
+        enable_main_window();
         return;
     }
     if (expected->isEmpty()) {
@@ -61,6 +63,7 @@ void MyTreeWidget::compute_compare(QTreeWidgetItem* item)
                      {},
                      false});
         digests.clear();
+        enable_main_window();
         return;
     }
     arm_verifier(path, *expected);

@@ -96,7 +96,12 @@ void MyTreeWidget::write_file_checksums()
         }
         const QFileInfo file(path);
         name = file.fileName() + extension(algo);
-        const QString target = with_slash(QFileInfo(file.path()).canonicalFilePath()) + name;
+        const QString directory = QFileInfo(file.path()).canonicalFilePath();
+        if (directory.isEmpty()) {
+            report_not_created(name); // gone meanwhile; without it this would be a file of the root
+            continue;
+        }
+        const QString target = with_slash(directory) + name;
         if (QFileInfo::exists(target)) {
             continue;
         }
@@ -152,7 +157,9 @@ void MyTreeWidget::write_directory_checksums()
         return;
     }
     const QString name = directory_file_stem(directory) + extension(algo);
-    if (!engine::write_checksum_file(with_slash(directory) + name, header_lines() + body,
+    // A directory that was gone when the command was given has no path.
+    if (directory.isEmpty() ||
+        !engine::write_checksum_file(with_slash(directory) + name, header_lines() + body,
                                      engine::Replace::Yes)) {
         report_not_created(name);
         return;
