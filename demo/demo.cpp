@@ -1,18 +1,20 @@
-// Shows the main window at work on sample directories and leaves pictures of it.
+// Shows the real windows at work on sample directories and leaves pictures of them.
 
-#include "app/mainfen.h"
 #include "app/nofocusproxystyle.h"
+#include "app/product.h"
+#include "app/settings_file.h"
+#include "demo/demo_window.h"
+#include "demo/manual_pictures.h"
+#include "demo/pictures.h"
 #include "demo/sample_directories.h"
 #include "dialogs/fenres.h"
-#include "tree/mytreewidget.h"
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
-#include <QEventLoop>
 #include <QPalette>
-#include <QTextStream>
-#include <QTimer>
+#include <QSettings>
+#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -28,74 +30,34 @@ QPalette dark_palette()
     return palette;
 }
 
-/// Runs the event loop until a condition holds; gives up after half a minute.
-template<class Condition>
-bool wait_until(Condition condition)
+void declare_options(QCommandLineParser& options)
 {
-    QEventLoop loop;
-    QTimer poll;
-    bool held = false;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        held = condition();
-        if (held) {
-            loop.quit();
-        }
-    });
-    poll.start(20);
-    QTimer::singleShot(30000, &loop, &QEventLoop::quit);
-    loop.exec();
-    return held;
+    options.addHelpOption();
+    options.addOption({u"output"_s, u"Folder that the pictures go to."_s, u"folder"_s, u"."_s});
+    options.addOption({u"dark"_s, u"Use a dark palette."_s});
+    options.addOption({u"manual"_s, u"Take the pictures of the manual."_s});
+    options.addOption({u"language"_s, u"Language of the windows."_s, u"en|fr"_s, u"fr"_s});
 }
 
-class Demonstration
+/// Settings as a person may have made them.
+void write_settings(const QString& language)
 {
-  public:
-    Demonstration(const QString& folder, const QString& prefix) : folder_(folder), prefix_(prefix)
-    {}
+    QSettings settings(settings_path(), QSettings::IniFormat);
+    settings.setValue(u"MainWindow/lang"_s, language);
+    settings.setValue(u"App/ccname"_s, true);
+    settings.setValue(u"App/exclu"_s, u"*.tmp;*.bak"_s);
+}
 
-    bool run()
-    {
-        MainFen window;
-        window.resize(1180, 640);
-        window.move(20, 20);
-        window.show();
-        window.first_pane()->changeModel(samples_.original());
-        window.second_pane()->changeModel(samples_.copy());
-
-        bool compared = false;
-        QObject::connect(&window, &MainFen::alldone, [&] { compared = true; });
-        trigger(window, u"Comparer Tout"_s);
-        if (!wait_until([&] { return compared; })) {
-            return false;
-        }
-        auto* results = window.findChild<FenRes*>();
-        return save(window, u"main.png"_s) && results && save(*results, u"results.png"_s);
+bool take_comparison_pictures(const SampleDirectories& samples, const Pictures& pictures)
+{
+    DemoWindow demo(samples, 1260, 640);
+    if (!demo.compare_all()) {
+        return false;
     }
-
-  private:
-    static void trigger(const MainFen& window, const QString& text)
-    {
-        const auto actions = window.findChildren<QAction*>();
-        for (QAction* action : actions) {
-            if (action->text() == text) {
-                action->trigger();
-                return;
-            }
-        }
-    }
-
-    bool save(QWidget& widget, const QString& name) const
-    {
-        const QString path = QDir(folder_).absoluteFilePath(prefix_ + name);
-        const bool saved = widget.grab().save(path);
-        QTextStream(stdout) << path << (saved ? "" : " (cannot be written)") << Qt::endl;
-        return saved;
-    }
-
-    SampleDirectories samples_;
-    QString folder_;
-    QString prefix_;
-};
+    auto* results = demo.window().findChild<FenRes*>();
+    return pictures.save_content(demo.window(), u"main"_s) && results &&
+           pictures.save_content(*results, u"results"_s);
+}
 
 } // namespace
 
@@ -103,20 +65,33 @@ int main(int argc, char* argv[])
 {
     QApplication application(argc, argv);
     QCommandLineParser options;
-    options.addHelpOption();
-    options.addOption({u"output"_s, u"Folder that the pictures go to."_s, u"folder"_s, u"."_s});
-    options.addOption({u"dark"_s, u"Use a dark palette."_s});
+    declare_options(options);
     options.process(application);
 
     const QString folder = QDir::current().absoluteFilePath(options.value(u"output"_s));
-    QDir().mkpath(folder);
+    const QString language = options.value(u"language"_s);
+    const bool english = language == "en"_L1;
     const bool dark = options.isSet(u"dark"_s);
+
+    QTranslator translator;
+    if (english && translator.load(QString::fromLatin1(product::english_catalogue))) {
+        QCoreApplication::installTranslator(&translator);
+    }
     QApplication::setStyle(new NoFocusProxyStyle);
+    QApplication::setCursorFlashTime(0);
     if (dark) {
         QApplication::setPalette(dark_palette());
     }
+
     // The window reads and writes its settings in the working directory.
     const QTemporaryDir scratch;
     QDir::setCurrent(scratch.path());
-    return Demonstration(folder, dark ? u"dark-"_s : QString()).run() ? 0 : 1;
+    write_settings(language);
+
+    const SampleDirectories samples(english ? SampleNames::english() : SampleNames::french());
+    const bool taken =
+        options.isSet(u"manual"_s)
+            ? take_manual_pictures(samples, Pictures(folder, language + u'-'))
+            : take_comparison_pictures(samples, Pictures(folder, dark ? u"dark-"_s : QString()));
+    return taken ? 0 : 1;
 }
