@@ -84,10 +84,14 @@ JobRun::JobRun(HashPlan plan, bool stopped, Handler handler)
     pace_.setTimerType(Qt::PreciseTimer);
     connect(&pace_, &QTimer::timeout, this, &JobRun::deliver);
     promise_.start();
-    QThreadPool::globalInstance()->start([plan = std::move(plan), stop = stop_,
-                                          mailbox = mailbox_] {
+    QThreadPool* const pool = QThreadPool::globalInstance();
+    pool->start([pool, plan = std::move(plan), stop = stop_, mailbox = mailbox_] {
+        // A running job does not count: however small the pool, two panes hash side by side, and
+        // neither waits for the other to see that it was stopped.
+        pool->releaseThread();
         run_hash_job(plan, stop, [&](JobMessage&& message) { mailbox->post(std::move(message)); });
         mailbox->close();
+        pool->reserveThread();
     });
 }
 

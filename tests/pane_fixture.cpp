@@ -159,7 +159,7 @@ bool drop_files(MyTreeWidget& pane, const QStringList& paths)
     return drop.isAccepted();
 }
 
-QStringList own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind)
+QString own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind)
 {
     QStringList signatures;
     for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
@@ -167,5 +167,5 @@ QStringList own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind)
             signatures.append(QString::fromLatin1(meta.method(i).methodSignature()));
         }
     }
-    return signatures;
+    return signatures.join(u' ');
 }

@@ -71,5 +71,6 @@ void expand(MyTreeWidget& pane, const QString& name);
 /// Drops files onto a pane as a file manager does; answers whether the pane took them.
 bool drop_files(MyTreeWidget& pane, const QStringList& paths);
 
-/// The class's own methods of a kind, by their signatures in the order of the meta-object.
-QStringList own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind);
+/// The class's own methods of a kind, by their signatures in the order of the meta-object,
+/// parted by blanks.
+QString own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind);

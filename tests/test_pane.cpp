@@ -6,13 +6,12 @@
 
 #include <QApplication>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QStorageInfo>
 #include <QTest>
+#include <QThread>
 #include <QTimer>
-#include <QTreeWidgetItemIterator>
 
 using namespace Qt::StringLiterals;
 using engine::Mark;
@@ -47,6 +46,12 @@ QStringList describe_children(const QTreeWidgetItem& parent)
         rows.append(describe(*parent.child(i)));
     }
     return rows;
+}
+
+/// Makes adding rows as slow as it would be on a small machine.
+void slow_down(const MyTreeWidget& pane)
+{
+    QObject::connect(pane.model(), &QAbstractItemModel::rowsInserted, [] { QThread::msleep(45); });
 }
 
 void set_mark(QTreeWidgetItem* row, Mark mark)
@@ -85,7 +90,7 @@ class TestPane : public QObject
     void reset_keeps_the_scroll_position();
     void update_view_finds_the_row_again_data();
     void update_view_finds_the_row_again();
-    void dropped_files_stay_until_another_listing();
+    void update_view_ends_a_list_of_dropped_files();
     void directories_without_content();
     void large_listing_leaves_the_window_alive();
     void overtaken_listing_leaves_no_row_data();
@@ -192,16 +197,11 @@ void TestPane::construction()
 void TestPane::methods_are_found_by_name()
 {
     const QMetaObject& meta = MyTreeWidget::staticMetaObject;
-    const QStringList signals_in_order = {u"alldone()"_s,
-                                          u"done(QString)"_s,
-                                          u"processing(QString)"_s,
-                                          u"prog_bar(int)"_s,
-                                          u"concurrent_compare(QList<QTreeWidgetItem*>)"_s,
-                                          u"checksum_hash_done_send(QString)"_s,
-                                          u"tampon(QTreeWidgetItem*)"_s,
-                                          u"expand_parent(QTreeWidgetItem*)"_s,
-                                          u"icon_req(QTreeWidgetItem*,QFileInfo)"_s};
-    QCOMPARE(own_methods(meta, QMetaMethod::Signal), signals_in_order);
+    QCOMPARE(own_methods(meta, QMetaMethod::Signal),
+             u"alldone() done(QString) processing(QString) prog_bar(int) "
+             "concurrent_compare(QList<QTreeWidgetItem*>) checksum_hash_done_send(QString) "
+             "tampon(QTreeWidgetItem*) expand_parent(QTreeWidgetItem*) "
+             "icon_req(QTreeWidgetItem*,QFileInfo)"_s);
     for (const char* signature : {"showDir(QTreeWidgetItem*,int)",
                                   "changeModel(QString)",
                                   "Reset()",
@@ -496,26 +496,17 @@ void TestPane::update_view_finds_the_row_again()
     QTEST(selected, "selected");
 }
 
-void TestPane::dropped_files_stay_until_another_listing()
+void TestPane::update_view_ends_a_list_of_dropped_files()
 {
-    dir_->createFiles({u"sub/b.txt"_s, u"sub/a.txt"_s, u"top.txt"_s});
+    dir_->createFiles({u"sub/a.txt"_s, u"top.txt"_s});
     pane().changeModel(dir_->path());
-    QVERIFY(drop_files(pane(), {dir_->at(u"sub/b.txt"_s), dir_->at(u"sub/a.txt"_s)}));
+    QVERIFY(drop_files(pane(), {dir_->at(u"sub/a.txt"_s)}));
     QVERIFY(window_->wait_idle());
-    QVERIFY(pane().in_custom_mode());
-    QCOMPARE(names(pane()), (QStringList{u"a.txt"_s, u"b.txt"_s}));
-    QCOMPARE(describe(*pane().topLevelItem(0)), u"1002 a.txt [1 Ko] 130 0"_s);
-    QVERIFY(!checksum_at(pane(), u"a.txt"_s).isEmpty());
-
-    pane().Reset();
-    QCOMPARE(names(pane()), (QStringList{u"a.txt"_s, u"b.txt"_s}));
-    QCOMPARE(checksum_at(pane(), u"a.txt"_s), QString());
-    QCOMPARE(mark_at(pane(), u"a.txt"_s), u"white"_s);
-
+    QCOMPARE(describe_children(*pane().invisibleRootItem()),
+             QStringList{u"1002 a.txt [1 Ko] 130 0"_s});
     pane().update_view(QString());
     QVERIFY(!pane().in_custom_mode());
     QCOMPARE(names(pane()), (QStringList{u".."_s, u"sub"_s, u"top.txt"_s}));
-    QCOMPARE(pane().path_edit->text(), QDir::toNativeSeparators(dir_->at()));
 }
 
 void TestPane::directories_without_content()
@@ -544,11 +535,9 @@ void TestPane::large_listing_leaves_the_window_alive()
     QTimer timer;
     timer.callOnTimeout([&] { ++ticks; });
     timer.start(0);
-    QElapsedTimer watch;
-    watch.start();
+    slow_down(pane());
     pane().changeModel(large_->path());
-    // Nobody notices a listing that is over at once.
-    QVERIFY(ticks > 0 || watch.elapsed() < 100);
+    QVERIFY(ticks > 0);
     QCOMPARE(pane().topLevelItemCount(), many + 1);
     QCOMPARE(name_of(*pane().topLevelItem(0)), u".."_s);
 }
@@ -562,8 +551,6 @@ void TestPane::overtaken_listing_leaves_no_row_data()
         {"another directory", [](MyTreeWidget& pane, const QString& to) { pane.changeModel(to); },
          2},
         {"reset", [](MyTreeWidget& pane, const QString&) { pane.Reset(); }, many + 1},
-        {"drop",
-         [](MyTreeWidget& pane, const QString& to) { drop_files(pane, {to + u"/only.txt"_s}); }, 1},
     };
     for (const auto& [title, interrupt, rows] : ways) {
         QTest::newRow(("while reading: " + title).constData()) << false << interrupt << rows;
@@ -576,6 +563,9 @@ void TestPane::overtaken_listing_leaves_no_row()
     QFETCH(bool, filling);
     QFETCH(Interruption, interrupt);
     dir_->createFile(u"only.txt"_s);
+    if (filling) {
+        slow_down(pane());
+    }
     bool interrupted = false;
     QTimer timer;
     timer.callOnTimeout([&] {

@@ -242,6 +242,7 @@ void TestVerify::controls_follow_the_hashing()
         QTest::mouseClick(view.check, Qt::LeftButton);
         QVERIFY(view.check->window()->isHidden());
     });
+    quick.first->changeModel(quick.working_dir.at(u"empty"_s)); // without the huge file
     QVERIFY(quick.compare_all());
 }
 
@@ -285,7 +286,8 @@ void TestVerify::stop_flag_outlives_the_dialog()
     QCOMPARE(fixture.verdict_for(u"huge.bin"_s, md5()), u"red:"_s);
     QVERIFY(fixture.first->stop_flagged());
 
-    QVERIFY(!fixture.compare_all());
+    fixture.action(u"Comparer Tout"_s)->trigger();
+    QVERIFY(fixture.wait_idle());
     QVERIFY(!fixture.first->stop_flagged());
     QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1()), u"green:"_s + sha1());
 }
