@@ -25,7 +25,11 @@ declare -A packages=(
   [xvfb]='xvfb xauth fonts-dejavu-core'
   [test]='rhash desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin dbus
     xdotool x11-utils'
+  [bench]='coreutils openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
+  [windows]='g++-mingw-w64-x86-64-posix nsis zip xz-utils'
+  [windows-qt]='dpkg-dev perl python3'
+  [wine]='wine wine64'
 )
 
 # The same groups by their commands, for systems whose packages this file does not know.
@@ -35,7 +39,11 @@ declare -A commands=(
   [xvfb]='xvfb-run'
   [test]='rhash desktop-file-validate update-mime-database xdg-mime gio dbus-run-session
     xdotool xprop'
+  [bench]='md5sum sha1sum openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
+  [windows]='x86_64-w64-mingw32-g++-posix makensis zip xz'
+  [windows-qt]='dpkg-source perl python3'
+  [wine]='wine wineserver'
 )
 
 # Makes sure that everything in the groups named is there; ends the script if it is not.
