@@ -89,6 +89,7 @@ void MainFen::start_comparing_all()
     }
     const QScopedValueRollback<bool> started(starting, true);
     timer.start();
+    tree2->prepare_reset();
     for (MyTreeWidget* pane : {tree1, tree2}) {
         if (pane->drive_combo->currentText() != tr("Personnalisé")) {
             pane->Reset();

@@ -2,8 +2,6 @@
 
 #include "platform/sequential_file.h"
 
-#include <QFile>
-
 #include <algorithm>
 
 namespace engine {
@@ -26,8 +24,8 @@ FileHasher::FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop)
 
 FileResult FileHasher::hash(const QString& path, const Listener& listener)
 {
-    QFile file;
-    if (!platform::open_sequential(file, path)) {
+    platform::SequentialFile file;
+    if (!file.open(path)) {
         return {FileOutcome::Unreadable, {}};
     }
     const qint64 size = file.size();

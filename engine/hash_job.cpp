@@ -50,14 +50,17 @@ class TreeWalk
         return std::nullopt;
     }
 
-    /// Goes down into a directory that next() returned; refused for an ancestor of itself.
+    /// Goes down into a directory that next() returned; refused for an ancestor of itself. The
+    /// paths of rows and entries are canonical: to look again at each of thousands of levels, from
+    /// the root down, would take minutes.
     void enter(RowId row, const QString& path)
     {
         if (ancestors_.contains(path)) {
             return;
         }
         ancestors_.insert(path);
-        levels_.push_back({row, path, list_directory(path, held_entries, stop_), 0});
+        levels_.push_back(
+            {row, path, list_directory(path, held_entries, stop_, PathIs::Canonical), 0});
     }
 
   private:

@@ -134,7 +134,6 @@ void JobRun::handle_pending()
             break;
         }
     }
-    handler_.slice();
 }
 
 void JobRun::finish()

@@ -31,7 +31,6 @@ class JobRun final : public QObject
     struct Handler
     {
         std::function<void(JobMessage&)> message;
-        std::function<void()> slice; ///< after every slice of messages
         std::function<void()> ended; ///< after the last message
     };
 

@@ -1,7 +1,8 @@
 #include "engine/listing.h"
 
+#include "platform/directory_reader.h"
+
 #include <QCollator>
-#include <QDirIterator>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -19,8 +20,9 @@ namespace {
 class CanonicalPaths
 {
   public:
-    explicit CanonicalPaths(const QString& directory)
-        : prefix_(QFileInfo(directory).canonicalFilePath())
+    CanonicalPaths(const QString& directory, PathIs path_is)
+        : prefix_(path_is == PathIs::Canonical ? directory
+                                               : QFileInfo(directory).canonicalFilePath())
     {
         // None when the directory is gone, for this moment at least: what is found in it later must
         // not pass for entries of the root.
@@ -32,10 +34,11 @@ class CanonicalPaths
         }
     }
 
-    QString of(const QFileInfo& info) const
+    QString of(const platform::DirectoryEntry& entry) const
     {
-        const bool plain = !info.isSymLink() && !info.isJunction() && info.fileName() != ".."_L1;
-        return plain ? prefix_ + info.fileName() : info.canonicalFilePath();
+        const QString path = prefix_ + entry.name;
+        const bool plain = !entry.is_link && entry.name != ".."_L1;
+        return plain ? path : QFileInfo(path).canonicalFilePath();
     }
 
   private:
@@ -69,18 +72,16 @@ std::vector<qsizetype> display_order(const QList<Entry>& entries)
 
 } // namespace
 
-QList<Entry> list_directory(const QString& path, QDir::Filters filters, const StopFlag& stop)
+QList<Entry> list_directory(const QString& path, QDir::Filters filters, const StopFlag& stop,
+                            PathIs path_is)
 {
-    const CanonicalPaths canonical(path);
+    const CanonicalPaths canonical(path, path_is);
     QList<Entry> found;
-    for (QDirIterator it(path, filters); it.hasNext() && !stop_requested(stop);) {
-        it.next();
-        const QFileInfo info = it.fileInfo();
-        const bool is_dir = info.isDir();
-        if (is_dir || info.isFile()) {
-            found.append({info.fileName(), canonical.of(info), is_dir ? 0 : info.size(), is_dir});
-        }
-    }
+    platform::read_directory(path, filters, [&](platform::DirectoryEntry&& entry) {
+        const QString entry_path = canonical.of(entry);
+        found.append({std::move(entry.name), entry_path, entry.size, entry.is_dir});
+        return !stop_requested(stop);
+    });
     if (stop_requested(stop)) {
         return found;
     }

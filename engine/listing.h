@@ -22,11 +22,14 @@ struct Entry
 inline constexpr QDir::Filters shown_entries = QDir::Dirs | QDir::Files | QDir::NoDot;
 inline constexpr QDir::Filters held_entries = QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot;
 
+/// What is known of a directory's path. Finding out costs a look at every directory on its way.
+enum class PathIs : quint8 { Any, Canonical };
+
 /// Lists a directory: directories before files, each group by name in the order of the locale, as
 /// QDir::Name | QDir::DirsFirst | QDir::LocaleAware sorts. Entries that are neither files nor
 /// directories are left out; a directory that cannot be read gives an empty list. Safe in any
 /// thread; ends early, with a partial list, when the flag is raised.
 QList<Entry> list_directory(const QString& path, QDir::Filters filters,
-                            const StopFlag& stop = nullptr);
+                            const StopFlag& stop = nullptr, PathIs path_is = PathIs::Any);
 
 } // namespace engine

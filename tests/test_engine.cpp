@@ -500,7 +500,7 @@ void TestEngine::run_delivers_everything_before_it_finishes()
                                 ended.append(file->row);
                             }
                         },
-                        [] {}, [&] { over = true; }});
+                        [&] { over = true; }});
     QVERIFY(run.future().isRunning());
     QFutureWatcher<void> watcher;
     bool finished = false;
@@ -526,7 +526,7 @@ void TestEngine::deleted_run_delivers_nothing()
     bool reached = false;
     auto run = std::make_unique<engine::JobRun>(
         std::move(plan), false,
-        engine::JobRun::Handler{[&](engine::JobMessage&) { reached = true; }, [] {},
+        engine::JobRun::Handler{[&](engine::JobMessage&) { reached = true; },
                                 [&] { reached = true; }});
     const QFuture<void> future = run->future();
     run.reset();

@@ -1,11 +1,8 @@
 #include "tree/background_listing.h"
 
 #include <QFutureWatcher>
-#include <QSemaphore>
 #include <QThreadPool>
 #include <QtConcurrentRun>
-
-#include <memory>
 
 namespace {
 
@@ -29,26 +26,32 @@ QThreadPool& listing_pool()
 
 } // namespace
 
-std::optional<QList<engine::Entry>> BackgroundListing::list(const QString& path,
-                                                            QDir::Filters filters)
+BackgroundListing::BackgroundListing(const QString& path, QDir::Filters filters)
+    : path_(path), filters_(filters), listed_(std::make_shared<QSemaphore>()),
+      future_(QtConcurrent::run(&listing_pool(), [path, filters, stop = stop_, listed = listed_] {
+          QList<engine::Entry> entries = engine::list_directory(path, filters, stop);
+          listed->release();
+          return entries;
+      }))
+{}
+
+BackgroundListing::~BackgroundListing()
 {
-    const auto listed = std::make_shared<QSemaphore>();
-    const QFuture<QList<engine::Entry>> future =
-        QtConcurrent::run(&listing_pool(), [path, filters, stop = stop_, listed] {
-            QList<engine::Entry> entries = engine::list_directory(path, filters, stop);
-            listed->release();
-            return entries;
-        });
-    if (!listed->tryAcquire(1, patience_ms)) {
+    abandon();
+}
+
+std::optional<QList<engine::Entry>> BackgroundListing::wait()
+{
+    if (!listed_->tryAcquire(1, patience_ms)) {
         QFutureWatcher<QList<engine::Entry>> watcher;
         QObject::connect(&watcher, &QFutureWatcherBase::finished, &loop_, &QEventLoop::quit);
-        watcher.setFuture(future);
+        watcher.setFuture(future_);
         loop_.exec();
-        if (!listed->tryAcquire()) {
+        if (!listed_->tryAcquire()) {
             abandon(); // the loop ended without the listing: the application quits
         }
     }
-    return abandoned() ? std::nullopt : std::optional(future.result());
+    return abandoned() ? std::nullopt : std::optional(future_.result());
 }
 
 void BackgroundListing::abandon()

@@ -3,6 +3,7 @@
 #include "app/mainfen.h"
 #include "engine/job_run.h"
 #include "platform/volumes.h"
+#include "tree/background_listing.h"
 #include "tree/icon_cache.h"
 #include "tree/pane_row.h"
 

@@ -96,6 +96,9 @@ class MyTreeWidget : public QTreeWidget
     /// Answers false when another change of the listing overtook this one.
     bool PopulateView();
 
+    /// Starts to list the directory for a Reset() that follows soon, while others are being reset.
+    void prepare_reset();
+
     /// The label of the volume with this root path; empty when it has none.
     QString volume_label(const QString& root) const;
 
@@ -291,4 +294,5 @@ class MyTreeWidget : public QTreeWidget
     QTreeWidgetItem* file_row = nullptr; ///< the row that file_run hashes
 
     QList<BackgroundListing*> listings; ///< being waited for, the outermost first
+    std::unique_ptr<BackgroundListing> prepared_listing;
 };

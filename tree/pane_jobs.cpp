@@ -144,7 +144,6 @@ void MyTreeWidget::start_job(JobKind kind)
         std::move(*plan), stop_flag,
         engine::JobRun::Handler{
             [this](engine::JobMessage& message) { receive(message); },
-            [this] { viewport()->update(); },
             [this, kind] { finish_hash(kind); },
         });
     plan.reset();
@@ -163,7 +162,6 @@ void MyTreeWidget::calculate_hash(QTreeWidgetItem* item)
         std::move(single), stop_flag,
         engine::JobRun::Handler{
             [this](engine::JobMessage& message) { receive_single(message); },
-            [this] { viewport()->update(); },
             [] {},
         });
     file_future = file_run->future();

@@ -111,15 +111,25 @@ bool MyTreeWidget::append_rows(QTreeWidgetItem* parent, const QList<engine::Entr
     return true;
 }
 
+void MyTreeWidget::prepare_reset()
+{
+    if (!in_custom_mode()) {
+        prepared_listing = std::make_unique<BackgroundListing>(dir.path(), dir.filter());
+    }
+}
+
 /// Lists a directory and adds its rows below `parent`, or at the top level for null. False when
 /// the listing was abandoned on the way: the parent may be gone then.
 bool MyTreeWidget::list_into(QTreeWidgetItem* parent, const QString& path, QDir::Filters filters)
 {
-    BackgroundListing listing;
-    listings.append(&listing);
-    const auto closed = qScopeGuard([&] { listings.removeOne(&listing); });
-    const auto entries = listing.list(path, filters);
-    return entries && append_rows(parent, *entries, listing);
+    std::unique_ptr<BackgroundListing> listing = std::move(prepared_listing);
+    if (!listing || listing->path() != path || listing->filters() != filters) {
+        listing = std::make_unique<BackgroundListing>(path, filters);
+    }
+    listings.append(listing.get());
+    const auto closed = qScopeGuard([&] { listings.removeOne(listing.get()); });
+    const auto entries = listing->wait();
+    return entries && append_rows(parent, *entries, *listing);
 }
 
 bool MyTreeWidget::PopulateView()

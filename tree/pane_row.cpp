@@ -3,6 +3,7 @@
 #include "tree/size_text.h"
 
 #include <QBrush>
+#include <QTreeWidget>
 
 using namespace Qt::StringLiterals;
 using engine::Mark;
@@ -107,7 +108,13 @@ void PaneRow::setData(int column, int role, const QVariant& value)
         return;
     }
     *text = value.toString();
-    emitDataChanged();
+    if (const QTreeWidget* tree = treeWidget()) {
+        // One cell only, where emitDataChanged() would name the whole row: the view then repaints
+        // no more than that cell, and nothing when it is out of sight.
+        static const QList<int> roles = {Qt::DisplayRole, Qt::EditRole};
+        const QModelIndex index = tree->indexFromItem(this, column);
+        emit tree->model()->dataChanged(index, index, roles);
+    }
 }
 
 void PaneRow::clear_checksum()

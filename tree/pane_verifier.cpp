@@ -27,7 +27,7 @@ const QString& checksum_file_key()
 std::optional<QMap<QString, QString>> read_expected(const QString& path)
 {
     QFile file;
-    if (!platform::open_sequential(file, path)) {
+    if (!platform::open_regular(file, path)) {
         return std::nullopt;
     }
     return engine::read_checksum_file(file, QFileInfo(path).path());

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QDir>
+#include <QString>
+
+#include <functional>
+
+namespace platform {
+
+/// A file or directory as its directory tells of it.
+struct DirectoryEntry
+{
+    QString name;
+    qint64 size = 0; ///< bytes; 0 for directories
+    bool is_dir = false;
+    bool is_link = false; ///< its path leads elsewhere
+};
+
+/// Reads a directory in the system's own order: files and directories, links to such included,
+/// without hidden ones; "." and ".." as QDir::NoDot and QDir::NoDotDot in `filters` say. `found` is
+/// called for each until it answers false. A directory that cannot be read has no entries.
+void read_directory(const QString& path, QDir::Filters filters,
+                    const std::function<bool(DirectoryEntry&&)>& found);
+
+} // namespace platform
