@@ -30,7 +30,8 @@ QList<QRect> screen_areas()
 /// A saved size, unless it is none that a window could have had.
 QSize usable_size(const QSize& saved, const QSize& fallback)
 {
-    constexpr int largest = 0x7fff;
+    // Wider than any set of screens, and still no more than memory can paint.
+    constexpr int largest = 10000;
     const bool usable = saved.width() > 0 && saved.height() > 0 && saved.width() <= largest &&
                         saved.height() <= largest;
     return usable ? saved : fallback;

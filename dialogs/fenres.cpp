@@ -161,3 +161,15 @@ void FenRes::ccc()
         QGuiApplication::clipboard()->setText(text);
     }
 }
+
+void FenRes::done(int result)
+{
+    QDialog::done(result);
+    // The picture of the window alone takes megabytes, and every other comparison opens a dialog.
+    const auto release = [this] {
+        if (!isVisible()) {
+            destroy();
+        }
+    };
+    QMetaObject::invokeMethod(this, release, Qt::QueuedConnection);
+}

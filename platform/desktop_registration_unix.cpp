@@ -47,8 +47,8 @@ void write_file(const QString& path, const QByteArray& content)
 {
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
-    if (file.open(QIODevice::WriteOnly)) {
-        file.write(content);
+    // commit() does not see that its own last flush failed.
+    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()) {
         file.commit();
     }
 }

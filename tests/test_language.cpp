@@ -13,8 +13,8 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QScopeGuard>
-#include <QSettings>
 #include <QSet>
+#include <QSettings>
 #include <QTest>
 #include <QTranslator>
 

@@ -27,6 +27,7 @@
 class BackgroundListing;
 class FenCheck;
 class MainFen;
+struct ReportLine;
 
 namespace engine {
 class JobRun;
@@ -230,6 +231,7 @@ class MyTreeWidget : public QTreeWidget
 
     // pane_jobs.cpp
     void launch(void (MyTreeWidget::*job)());
+    bool refused_while_listing();
     void prepare_hash();
     bool plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row);
     void start_job(JobKind kind);
@@ -266,7 +268,7 @@ class MyTreeWidget : public QTreeWidget
 
     // pane_verifier.cpp
     void arm_verifier(const QString& path, const QMap<QString, QString>& expected);
-    void report_verification(const QStringList& errors);
+    void report_verification(const QList<ReportLine>& errors);
 
     QTreeWidgetItem* header = nullptr;
     QDir dir;

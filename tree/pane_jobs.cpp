@@ -46,10 +46,7 @@ void MyTreeWidget::launch(void (MyTreeWidget::*job)())
     if (job_running()) {
         return;
     }
-    if (listing()) {
-        // Half of the rows are not there yet. Whoever disabled controls for this job waits for its
-        // end.
-        QMetaObject::invokeMethod(this, &MyTreeWidget::alldone, Qt::QueuedConnection);
+    if (refused_while_listing()) {
         return;
     }
     restart_total_timer();
@@ -58,6 +55,16 @@ void MyTreeWidget::launch(void (MyTreeWidget::*job)())
     setAcceptDrops(false);
     job_timer.start();
     (this->*job)();
+}
+
+/// Half of the rows are not there yet while the pane lists. Whoever disabled controls for the job
+/// that is refused hears of its end all the same.
+bool MyTreeWidget::refused_while_listing()
+{
+    if (listing()) {
+        QMetaObject::invokeMethod(this, &MyTreeWidget::alldone, Qt::QueuedConnection);
+    }
+    return listing();
 }
 
 void MyTreeWidget::prepare_hash()

@@ -50,7 +50,8 @@ void MyTreeWidget::show_in_status_bar(const QString& text)
 // What switching the algorithm disables is enabled by the end of a job: there will be none.
 void MyTreeWidget::enable_main_window()
 {
-    if (main_window && !job_running()) {
+    if (main_window && !main_window->first_pane()->job_running() &&
+        !main_window->second_pane()->job_running()) {
         main_window->reactiveAll();
     }
 }

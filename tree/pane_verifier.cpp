@@ -37,6 +37,9 @@ std::optional<QMap<QString, QString>> read_expected(const QString& path)
 
 void MyTreeWidget::compute_compare(QTreeWidgetItem* item)
 {
+    if (refused_while_listing()) {
+        return;
+    }
     const QString path = path_of(*item);
     job_items.clear();
     add_checksum_suffixes();
@@ -61,7 +64,7 @@ void MyTreeWidget::compute_compare(QTreeWidgetItem* item)
                      tr("Rien"),
                      tr("<strong><u>Rien à vérifier !<u/></strong><br />"),
                      {},
-                     false});
+                     {}});
         digests.clear();
         enable_main_window();
         return;
@@ -96,14 +99,12 @@ void MyTreeWidget::compute_compare2()
                    &MyTreeWidget::compute_compare2);
         return;
     }
-    QStringList errors;
+    QList<ReportLine> errors;
     for (const auto& [file, digest] : expected->asKeyValueRange()) {
         const QString computed = digests.value(file);
         if (computed != digest) {
-            // The report is rich text; a name is shown as it is, whatever markup it looks like.
-            const QString shown = file.toHtmlEscaped();
-            errors.append(computed.isEmpty() ? tr("Manquant  => %1").arg(shown)
-                                             : tr("Différent => %1").arg(shown));
+            errors.append(
+                {computed.isEmpty() ? tr("Manquant  => %1") : tr("Différent => %1"), file});
         }
     }
     digests.clear();
@@ -113,21 +114,19 @@ void MyTreeWidget::compute_compare2()
     update_view(QFileInfo(path).fileName());
 }
 
-void MyTreeWidget::report_verification(const QStringList& errors)
+void MyTreeWidget::report_verification(const QList<ReportLine>& errors)
 {
     if (errors.isEmpty()) {
-        show_report({QMessageBox::Information, tr("Ok"), tr("Aucune erreur trouvée !"),
-                     QPixmap(u":/res/ok.png"_s), false});
+        show_report({QMessageBox::Information,
+                     tr("Ok"),
+                     tr("Aucune erreur trouvée !"),
+                     {},
+                     QPixmap(u":/res/ok.png"_s)});
         return;
-    }
-    QString lines;
-    for (const QString& error : errors) {
-        lines += error + u"<br />"_s;
     }
     show_report({QMessageBox::Critical,
                  tr("Ko"),
-                 tr("<strong><u>Erreurs avec les fichiers suivants :<u/></strong><br /><br />%1")
-                     .arg(lines),
-                 {},
-                 true});
+                 tr("<strong><u>Erreurs avec les fichiers suivants :<u/></strong><br /><br />%1"),
+                 errors,
+                 {}});
 }

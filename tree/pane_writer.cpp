@@ -76,6 +76,9 @@ void MyTreeWidget::cc_file()
 
 void MyTreeWidget::arm_file_writer()
 {
+    if (refused_while_listing()) {
+        return;
+    }
     digests.clear();
     for (const QTreeWidgetItem* row : selected_rows(*this)) {
         if (row->type() == TypeFile) {
@@ -126,6 +129,9 @@ void MyTreeWidget::cc_all_file()
 
 void MyTreeWidget::arm_directory_writer()
 {
+    if (refused_while_listing()) {
+        return;
+    }
     add_checksum_suffixes();
     digests.clear();
     // These only arm the map; the job adds the files under their full paths.

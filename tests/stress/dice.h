@@ -20,6 +20,24 @@ class Dice final
         return list[below(static_cast<int>(list.size()))];
     }
 
+    /// One of pairs of a weight and a thing: that thing, as often as its weight says.
+    template<class List>
+    auto weigh(const List& list)
+    {
+        int total = 0;
+        for (const auto& [weight, thing] : list) {
+            total += weight;
+        }
+        int number = below(total);
+        for (const auto& [weight, thing] : list) {
+            number -= weight;
+            if (number < 0) {
+                return thing;
+            }
+        }
+        Q_UNREACHABLE();
+    }
+
   private:
     QRandomGenerator generator_;
 };

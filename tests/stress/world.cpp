@@ -18,11 +18,10 @@ namespace {
 // Few names and few contents, so that files of both sides meet and are often alike.
 const QStringList& file_names()
 {
-    static const QStringList names = {u"one.txt"_s,    u"two.txt"_s,      u"Two.TXT"_s,
-                                      u"three.jpg"_s,  u"four.dat"_s,     u"no suffix"_s,
-                                      u"é à.txt"_s,    u"five.md5"_s,     u"six.sha1"_s,
-                                      u".hidden"_s,    u"<b>bold.htm"_s,  u"a.md5bak"_s,
-                                      u"100%1 %n.x"_s, u"new\nline.txt"_s};
+    static const QStringList names = {
+        u"one.txt"_s,     u"two.txt"_s,  u"Two.TXT"_s,    u"three.jpg"_s,    u"four.dat"_s,
+        u"no suffix"_s,   u"é à.txt"_s,  u"five.md5"_s,   u"six.sha1"_s,     u".hidden"_s,
+        u"<b>bold.htm"_s, u"a.md5bak"_s, u"100%1 %n.x"_s, u"new\nline.txt"_s};
     return names;
 }
 
@@ -34,8 +33,18 @@ const QStringList& directory_names()
 
 // More would only make every step slower.
 constexpr qsizetype most_files = 500;
+constexpr int many_files = 1500;
 
 constexpr qint64 huge_size = qint64(1) << 40;
+
+bool same_content(const QString& a, const QString& b)
+{
+    QFile first(a);
+    QFile second(b);
+    return QFileInfo(b).isFile() && first.size() == second.size() &&
+           first.open(QIODevice::ReadOnly) && second.open(QIODevice::ReadOnly) &&
+           first.readAll() == second.readAll();
+}
 
 QByteArray native(const QString& path)
 {
@@ -53,7 +62,7 @@ World::World(Dice& dice) : dice_(dice), root_(QFileInfo(directory_.path()).canon
     }
     QDir().mkpath(left());
     QDir().mkpath(right());
-    QDir().mkpath(root_ + u"/spool");
+    QDir().mkpath(root_ + u"/spool"_s);
     refresh();
     for (int i = 0; i < 60; ++i) {
         change();
@@ -64,46 +73,43 @@ World::World(Dice& dice) : dice_(dice), root_(QFileInfo(directory_.path()).canon
 QString World::change()
 {
     static const QList<std::pair<int, Change>> changes = {
-        {20, &World::write_beside_and_rename}, {8, &World::write_in_place},
-        {4, &World::append},                   {3, &World::truncate},
-        {6, &World::remove_file},              {8, &World::make_directory},
-        {3, &World::remove_tree},              {3, &World::file_becomes_directory},
-        {3, &World::directory_becomes_file},   {4, &World::link_somewhere},
-        {2, &World::link_to_unreadable},       {3, &World::put_fifo},
-        {2, &World::forbid},                   {4, &World::allow},
-        {6, &World::rename},                   {8, &World::write_checksum_file},
-        {2, &World::put_huge_file},            {3, &World::remove_huge_files},
-        {1, &World::put_many_files},           {5, &World::copy_left_to_right},
+        {20, &World::write_beside_and_rename},
+        {8, &World::write_in_place},
+        {4, &World::append},
+        {3, &World::truncate},
+        {6, &World::remove_file},
+        {8, &World::make_directory},
+        {3, &World::remove_tree},
+        {3, &World::file_becomes_directory},
+        {3, &World::directory_becomes_file},
+        {4, &World::link_somewhere},
+        {2, &World::link_to_unreadable},
+        {3, &World::put_fifo},
+        {2, &World::forbid},
+        {4, &World::allow},
+        {6, &World::rename},
+        {8, &World::write_checksum_file},
+        {2, &World::put_huge_file},
+        {3, &World::remove_huge_files},
+        {1, &World::put_many_files},
+        {5, &World::copy_left_to_right},
     };
-    static const int total = [] {
-        int sum = 0;
-        for (const auto& entry : changes) {
-            sum += entry.first;
-        }
-        return sum;
-    }();
-    if (files_.size() > most_files) {
-        const QString done = remove_tree();
-        refresh();
-        return done;
+    if (dice_.chance(30)) {
+        QDir().mkpath(left());
+        QDir().mkpath(right());
     }
-    int number = dice_.below(total);
-    for (const auto& [weight, change] : changes) {
-        if (number < weight) {
-            const QString done = (this->*change)();
-            refresh();
-            return done;
-        }
-        number -= weight;
-    }
-    return {};
+    const bool crowded = files_.size() > most_files && dice_.chance(10);
+    const Change next = crowded ? &World::thin_out : dice_.weigh(changes);
+    const QString done = (this->*next)();
+    refresh();
+    return done;
 }
 
 QString World::any_path()
 {
     switch (dice_.below(10)) {
     case 0:
-        return root_ + u"/nothing/at/all";
+        return root_ + u"/nothing/at/all"_s;
     case 1:
     case 2:
     case 3:
@@ -185,7 +191,7 @@ QByteArray World::any_content()
 
 QString World::write_beside_and_rename()
 {
-    const QString spool = root_ + u"/spool/" + QString::number(++spooled_);
+    const QString spool = root_ + u"/spool/"_s + QString::number(++spooled_);
     const QString path = dice_.chance(60) ? any_file() : new_path();
     note(path);
     if (!write(spool, any_content()) ||
@@ -224,7 +230,7 @@ QString World::truncate()
     const QString path = any_file();
     if (QFileInfo(path).isFile() && is_ours(path)) {
         note(path);
-        QFile::resize(path, QFileInfo(path).size() / 2 % huge_size);
+        QFile::resize(path, QFileInfo(path).size() / 2);
     }
     return u"truncated: "_s + path;
 }
@@ -252,7 +258,7 @@ QString World::remove_tree()
     if (path != left() && path != right()) {
         note(path);
         QDir(path).removeRecursively();
-    } else if (dice_.chance(10) || files_.size() > most_files) {
+    } else if (dice_.chance(10)) {
         // The directory that a pane shows may go, too.
         note(path);
         QDir(path).removeRecursively();
@@ -381,7 +387,7 @@ QString World::write_checksum_file()
 
 QString World::put_huge_file()
 {
-    const QString path = any_directory() + u"/huge.dat";
+    const QString path = any_directory() + u"/huge.dat"_s;
     if (!QFileInfo(path).exists() && is_ours(path) && write(path, {})) {
         note(path);
         QFile::resize(path, huge_size);
@@ -400,15 +406,33 @@ QString World::remove_huge_files()
     return u"huge files removed"_s;
 }
 
+/// So many that listing them takes the time in which a person does something else.
 QString World::put_many_files()
 {
     const QString directory = any_directory();
-    for (int i = 0; i < 120 && is_ours(directory); ++i) {
-        const QString path = directory + u"/n%1.bin"_s.arg(i);
-        note(path);
-        write(path, contents_[3 + i % 2]);
+    const QString spool = root_ + u"/spool/many"_s;
+    if (is_ours(directory + u"/n"_s) && write(spool, contents_[3])) {
+        for (int i = 0; i < many_files; ++i) {
+            const QString path = directory + u"/n%1.bin"_s.arg(i);
+            note(path);
+            ::link(native(spool).constData(), native(path).constData());
+        }
     }
     return u"many files: "_s + directory;
+}
+
+QString World::thin_out()
+{
+    for (const QString& path : std::as_const(files_)) {
+        if (path.endsWith(".bin"_L1)) {
+            note(path);
+            QFile::remove(path);
+        }
+    }
+    if (dice_.chance(30)) {
+        remove_tree();
+    }
+    return u"thinned out"_s;
 }
 
 /// Makes the sides alike, so that there is something to be green.
@@ -423,7 +447,7 @@ QString World::copy_left_to_right()
         }
         const QString copy = right() + path.mid(left().size());
         QDir().mkpath(QFileInfo(copy).path());
-        if (is_ours(copy) && !QFileInfo(copy).isDir()) {
+        if (is_ours(copy) && !QFileInfo(copy).isDir() && !same_content(path, copy)) {
             note(copy);
             QFile::remove(copy);
             QFile::copy(path, copy);

@@ -23,8 +23,8 @@ class World final
     /// Canonical path of the directory that holds everything.
     const QString& root() const { return root_; }
 
-    QString left() const { return root_ + u"/left"; }
-    QString right() const { return root_ + u"/right"; }
+    QString left() const { return root_ + QLatin1String("/left"); }
+    QString right() const { return root_ + QLatin1String("/right"); }
 
     /// Changes something, anything; answers what, for the report.
     QString change();
@@ -62,6 +62,7 @@ class World final
     QString put_huge_file();
     QString remove_huge_files();
     QString put_many_files();
+    QString thin_out();
     QString copy_left_to_right();
 
     void note(const QString& path);
