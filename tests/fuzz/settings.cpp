@@ -27,7 +27,9 @@ int LLVMFuzzerInitialize(int* argc, char*** argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int shown_argc = 1;
     Q_UNUSED(argc);
-    static QApplication application(shown_argc, *argv);
+    // Never destroyed: at the exit of the process the toolkit has gone before it.
+    static auto* const application = new QApplication(shown_argc, *argv);
+    Q_UNUSED(application);
     QDir::setCurrent(working_dir().path());
     return 0;
 }
