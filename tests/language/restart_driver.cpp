@@ -1,8 +1,8 @@
 // A plugin that sits in the program as its user, for the test of the restart in another language.
 //
-// In a program started with a path it chooses English in the options dialog and answers that the
-// restart may happen. In one started without, it tells what it finds and quits. What it sees goes
-// to files in the working directory.
+// In the first program it chooses English in the options dialog and answers that the restart may
+// happen. In the second it tells what it finds and quits. What it sees goes to files in the working
+// directory.
 
 #include <QApplication>
 #include <QCheckBox>
@@ -54,10 +54,8 @@ class User : public QObject
     {
         connect(&poll_, &QTimer::timeout, this, &User::act);
         poll_.start(10);
-        connect(qApp, &QCoreApplication::aboutToQuit, this, [] {
-            write(QCoreApplication::arguments().size() > 1 ? u"first quits"_s : u"second quits"_s,
-                  {});
-        });
+        connect(qApp, &QCoreApplication::aboutToQuit, this,
+                [second = second_] { write(second ? u"second quits"_s : u"first quits"_s, {}); });
     }
 
   private:
@@ -67,8 +65,7 @@ class User : public QObject
         for (QWidget* widget : windows) {
             auto* window = qobject_cast<QMainWindow*>(widget);
             if (window && window->isVisible()) {
-                QCoreApplication::arguments().size() > 1 ? change_language(*window)
-                                                         : report(*window);
+                second_ ? report(*window) : change_language(*window);
             }
         }
     }
@@ -110,6 +107,7 @@ class User : public QObject
         return turn;
     }
 
+    const bool second_ = QFile::exists(u"question"_s);
     QTimer poll_;
     int steps_ = 0;
 };
