@@ -20,7 +20,7 @@ QStringList path_arguments()
 {
     QStringList paths = QCoreApplication::arguments().mid(1);
     for (QString& path : paths) {
-        if (QDir::isRelativePath(path)) {
+        if (!path.isEmpty() && QDir::isRelativePath(path)) {
             path = QDir::toNativeSeparators(QDir::cleanPath(QDir::current().filePath(path)));
         }
     }

@@ -2,7 +2,6 @@
 
 #include <QAction>
 #include <QElapsedTimer>
-#include <QFuture>
 #include <QMainWindow>
 #include <QRadioButton>
 #include <QSplitter>
@@ -13,7 +12,6 @@
 
 class FenOpt;
 class MyTreeWidget;
-class QBoxLayout;
 class QTranslator;
 
 /// The main window: two directory panes side by side, the actions, and the comparison of what the
@@ -34,6 +32,10 @@ class MainFen : public QMainWindow
 
     /// Restarts the measurement of the total time.
     void restart_timer() { timer.start(); }
+
+    /// Whether the panes are being listed anew for a comparison: a job started now would lose its
+    /// rows.
+    bool is_starting() const { return starting; }
 
     MyTreeWidget* first_pane() const { return tree1; }
     MyTreeWidget* second_pane() const { return tree2; }

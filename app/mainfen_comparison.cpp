@@ -64,6 +64,10 @@ QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QStringList& n
 
 void MainFen::reinitialiser_lancer()
 {
+    // The window stays alive while a large directory is listed, so the command may come again.
+    if (starting) {
+        return;
+    }
     if (sender() == act_compare_all) {
         start_comparing_all();
     } else {
@@ -82,17 +86,18 @@ void MainFen::start_comparing_selection()
 
 void MainFen::start_comparing_all()
 {
-    // The window stays alive while a large directory is listed, so the command may come again. And
-    // a pane that is hashing could not start over: all files of the other would seem to miss.
-    if (starting || tree1->job_running() || tree2->job_running()) {
+    // A pane that is hashing could not start over: all files of the other would seem to miss.
+    if (tree1->job_running() || tree2->job_running()) {
         return;
     }
-    const QScopedValueRollback<bool> started(starting, true);
     timer.start();
     tree2->prepare_reset();
-    for (MyTreeWidget* pane : {tree1, tree2}) {
-        if (pane->drive_combo->currentText() != tr("Personnalisé")) {
-            pane->Reset();
+    {
+        const QScopedValueRollback<bool> started(starting, true);
+        for (MyTreeWidget* pane : {tree1, tree2}) {
+            if (pane->drive_combo->currentText() != tr("Personnalisé")) {
+                pane->Reset();
+            }
         }
     }
     tree1->HashAll();
@@ -154,8 +159,11 @@ void MainFen::compare_against(QList<QTreeWidgetItem*> list)
     MyTreeWidget* target = sender() == tree1 ? tree2 : tree1;
     // The window stays alive while a large directory is listed, so the dropped rows may die.
     const QStringList names = names_of(list);
-    tree1->Reset();
-    tree2->Reset();
+    {
+        const QScopedValueRollback<bool> started(starting, true);
+        tree1->Reset();
+        tree2->Reset();
+    }
     target->deselect_top_level();
     select_rows(*target, namesakes(*target, names));
     target->HashThis();

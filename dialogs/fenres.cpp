@@ -101,6 +101,14 @@ FenRes::FenRes(QWidget* parent, QTreeWidget* tree1, QTreeWidget* tree2) : QDialo
 
     connect(ok_button, &QPushButton::clicked, this, &QDialog::close);
     connect(copy_button, &QPushButton::clicked, this, &FenRes::ccc);
+    // Closed dialogs live on, and every other comparison opens one: the picture of the window,
+    // which takes megabytes, is given back.
+    const auto release = [this] {
+        if (!isVisible()) {
+            destroy();
+        }
+    };
+    connect(this, &QDialog::finished, this, release, Qt::QueuedConnection);
     setWindowTitle(tr("Résultats"));
     setMinimumSize(1000, 600);
     auto* diff_model = new QStringListModel(this);
@@ -160,16 +168,4 @@ void FenRes::ccc()
     if (!text.isEmpty()) {
         QGuiApplication::clipboard()->setText(text);
     }
-}
-
-void FenRes::done(int result)
-{
-    QDialog::done(result);
-    // The picture of the window alone takes megabytes, and every other comparison opens a dialog.
-    const auto release = [this] {
-        if (!isVisible()) {
-            destroy();
-        }
-    };
-    QMetaObject::invokeMethod(this, release, Qt::QueuedConnection);
 }

@@ -22,9 +22,6 @@ class FenRes : public QDialog
     /// Copies both lists to the clipboard as text, whatever was edited in the views.
     void ccc();
 
-    /// Closed dialogs live on; what the system keeps to show this one is given back.
-    void done(int result) override;
-
   private:
     void read_marks(QTreeWidget* tree1, QTreeWidget* tree2);
 

@@ -213,6 +213,7 @@ class MyTreeWidget : public QTreeWidget
     // pane_main_window.cpp
     void connect_main_window();
     void connect_check_dialog(FenCheck& dialog);
+    bool comparison_starts() const;
     void restart_total_timer();
     void show_in_status_bar(const QString& text);
     void switch_algorithm(QCryptographicHash::Algorithm algorithm);

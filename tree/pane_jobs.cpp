@@ -57,14 +57,16 @@ void MyTreeWidget::launch(void (MyTreeWidget::*job)())
     (this->*job)();
 }
 
-/// Half of the rows are not there yet while the pane lists. Whoever disabled controls for the job
-/// that is refused hears of its end all the same.
+/// Half of the rows are not there yet while the pane lists, or are about to go while a comparison
+/// lists the panes anew. Whoever disabled controls for the job that is refused hears of its end all
+/// the same.
 bool MyTreeWidget::refused_while_listing()
 {
-    if (listing()) {
+    const bool refused = listing() || comparison_starts();
+    if (refused) {
         QMetaObject::invokeMethod(this, &MyTreeWidget::alldone, Qt::QueuedConnection);
     }
-    return listing();
+    return refused;
 }
 
 void MyTreeWidget::prepare_hash()

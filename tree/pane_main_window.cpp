@@ -33,6 +33,11 @@ void MyTreeWidget::connect_check_dialog(FenCheck& dialog)
     connect(&dialog, &FenCheck::finalise, main_window, &MainFen::reactiveAll);
 }
 
+bool MyTreeWidget::comparison_starts() const
+{
+    return main_window && main_window->is_starting();
+}
+
 void MyTreeWidget::restart_total_timer()
 {
     if (main_window) {

@@ -34,6 +34,8 @@ void close_dialogs()
 
 } // namespace
 
+// The signature is the fuzzer's.
+// NOLINTNEXTLINE(readability-non-const-parameter)
 int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -22,6 +22,8 @@ TestDir& working_dir()
 
 } // namespace
 
+// The signature is the fuzzer's.
+// NOLINTNEXTLINE(readability-non-const-parameter)
 int LLVMFuzzerInitialize(int* argc, char*** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -120,10 +120,7 @@ class RestartDriver : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "restart_driver.json")
 
   public:
-    QObject* create(const QString& /*key*/, const QString& /*specification*/) override
-    {
-        return new User;
-    }
+    QObject* create(const QString& /*key*/, const QString&) override { return new User; }
 };
 
 #include "restart_driver.moc"
