@@ -103,7 +103,10 @@ void MyTreeWidget::compare_dropped_rows()
     }
     drive_combo->setCurrentIndex(entry);
     emit concurrent_compare(job_items);
-    HashAll();
+    // The other pane may have been listed meanwhile, and the dropped rows replaced.
+    if (in_custom_mode() && !job_items.isEmpty()) {
+        HashAll();
+    }
 }
 
 void MyTreeWidget::open_and_hash_all(const QString& path)

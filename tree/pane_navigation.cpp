@@ -129,6 +129,9 @@ bool MyTreeWidget::list_into(QTreeWidgetItem* parent, const QString& path, QDir:
     listings.append(listing.get());
     const auto closed = qScopeGuard([&] { listings.removeOne(listing.get()); });
     const auto entries = listing->wait();
+    if (entries && parent && parent->childCount() > 0) {
+        return true; // collapsed and expanded again meanwhile: it is filled already
+    }
     return entries && append_rows(parent, *entries, *listing);
 }
 
