@@ -5,6 +5,7 @@
 #include <QMutexLocker>
 #include <QThreadPool>
 
+#include <algorithm>
 #include <utility>
 
 namespace engine {
@@ -12,10 +13,10 @@ namespace engine {
 namespace {
 
 // A display shows some 60 pictures a second; rows need not change more often.
-constexpr int pace_ms = 16;
+constexpr int slowest_pace_ms = 16;
 
 // The longest stretch of messages before other events have their turn.
-constexpr int slice_ms = 20;
+constexpr int slice_ms = 10;
 
 } // namespace
 
@@ -120,7 +121,8 @@ void JobRun::deliver()
     } else if (job_over_) {
         finish();
     } else if (anything) {
-        pace_.start(pace_ms);
+        pace_.start(pace_ms_);
+        pace_ms_ = std::min(2 * pace_ms_, slowest_pace_ms);
     }
 }
 
@@ -129,7 +131,9 @@ void JobRun::handle_pending()
     QElapsedTimer slice;
     slice.start();
     while (position_ < pending_.size()) {
-        handler_.message(pending_[position_++]);
+        // Taken out, so that no later event has to let go of all of them at once.
+        JobMessage message = std::move(pending_[position_++]);
+        handler_.message(message);
         if (position_ % 64 == 0 && slice.hasExpired(slice_ms)) {
             break;
         }

@@ -57,6 +57,7 @@ class JobRun final : public QObject
     QPromise<void> promise_;
     QFuture<void> future_;
     QTimer pace_;
+    int pace_ms_ = 2; ///< quick at first: a short job leaves little to be shown at its end
     std::vector<JobMessage> pending_;
     size_t position_ = 0;
     bool job_over_ = false;  ///< pending_ holds the last messages
