@@ -2,6 +2,8 @@
 
 #include <QHash>
 
+#include <utility>
+
 namespace engine {
 
 namespace {
@@ -20,8 +22,7 @@ class NameIndex
         first_.reserve(items.size());
         // From the back, so that every chain runs forward.
         for (qsizetype i = items.size() - 1; i >= 0; --i) {
-            next_[i] = first_.value(items[i].name, end);
-            first_[items[i].name] = i;
+            next_[i] = std::exchange(first_[items[i].name].item, i);
         }
     }
 
@@ -29,18 +30,21 @@ class NameIndex
     qsizetype take(const QString& name)
     {
         const auto found = first_.find(name);
-        if (found == first_.end() || *found == end) {
+        if (found == first_.end() || found->item == end) {
             return end;
         }
-        const qsizetype item = *found;
-        *found = next_[item];
-        return item;
+        return std::exchange(found->item, next_[found->item]);
     }
 
   private:
     static constexpr qsizetype end = -1;
 
-    QHash<QString, qsizetype> first_;
+    struct Head
+    {
+        qsizetype item = end;
+    };
+
+    QHash<QString, Head> first_;
     QList<qsizetype> next_;
 };
 
