@@ -234,7 +234,8 @@ class MyTreeWidget : public QTreeWidget
     void launch(void (MyTreeWidget::*job)());
     bool refused_while_listing();
     void prepare_hash();
-    bool plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row);
+    void plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row);
+    bool plan_step_once(engine::HashStep::Kind kind, QTreeWidgetItem* row);
     void start_job(JobKind kind);
     void calculate_hash(QTreeWidgetItem* item);
     void finish_hash(JobKind kind);

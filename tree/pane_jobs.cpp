@@ -81,15 +81,20 @@ void MyTreeWidget::prepare_hash()
     disconnect(this, &QTreeWidget::itemExpanded, this, &MyTreeWidget::PopulateDir);
 }
 
+void MyTreeWidget::plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row)
+{
+    plan->steps.push_back({kind, job_rows.add(row), path_of(*row)});
+}
+
 /// Adds a step for a row, unless it has one: a row that is selected together with its directory
 /// is hashed once, or it would take two partners in a comparison.
-bool MyTreeWidget::plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row)
+bool MyTreeWidget::plan_step_once(engine::HashStep::Kind kind, QTreeWidgetItem* row)
 {
     if (planned_rows.contains(row)) {
         return false;
     }
     planned_rows.insert(row);
-    plan->steps.push_back({kind, job_rows.add(row), path_of(*row)});
+    plan_step(kind, row);
     return true;
 }
 
@@ -97,13 +102,13 @@ void MyTreeWidget::PopulateList(QTreeWidgetItem* parent)
 {
     using Kind = engine::HashStep::Kind;
     const bool known = parent && parent->childCount() > 0;
-    if (!plan || !parent || !plan_step(known ? Kind::Enter : Kind::Walk, parent)) {
+    if (!plan || !parent || !plan_step_once(known ? Kind::Enter : Kind::Walk, parent)) {
         return;
     }
     for (int i = 0; i < parent->childCount(); ++i) {
         QTreeWidgetItem* child = parent->child(i);
         if (child->type() == TypeFile) {
-            plan_step(Kind::File, child);
+            plan_step_once(Kind::File, child);
         } else if (!is_way_up(child)) {
             PopulateList(child);
         }
@@ -118,7 +123,7 @@ void MyTreeWidget::tampon_calculate_hash()
     prepare_hash();
     for (QTreeWidgetItem* row : selected_rows(*this)) {
         if (row->type() == TypeFile) {
-            plan_step(engine::HashStep::Kind::File, row);
+            plan_step_once(engine::HashStep::Kind::File, row);
         } else if (!is_way_up(row)) {
             PopulateList(row);
         }
