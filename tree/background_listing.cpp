@@ -6,8 +6,9 @@
 
 namespace {
 
-// Up to here nobody notices that the window does not answer.
-constexpr int patience_ms = 40;
+// Up to here nobody notices that the window does not answer, even when it has just emptied a large
+// pane or filled one.
+constexpr int patience_ms = 20;
 
 // Listings that drives without an answer may hold on to, before others have to wait.
 constexpr int most_threads = 8;

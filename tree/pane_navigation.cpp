@@ -21,7 +21,7 @@ namespace {
 
 // Rows are added in portions; between two of them the window may answer.
 constexpr qsizetype rows_per_portion = 1000;
-constexpr int breath_ms = 40;
+constexpr int breath_ms = 20;
 
 PaneRow* make_row(const engine::Entry& entry)
 {
@@ -93,16 +93,17 @@ bool MyTreeWidget::listing() const
 bool MyTreeWidget::append_rows(QTreeWidgetItem* parent, const QList<engine::Entry>& entries,
                                const BackgroundListing& listing)
 {
+    // Invalid at first: the pane was emptied and the listing waited for without a breath.
     QElapsedTimer since_breath;
-    since_breath.start();
     for (qsizetype at = 0; at < entries.size(); at += rows_per_portion) {
         const qsizetype portion = std::min(rows_per_portion, entries.size() - at);
         const QList<QTreeWidgetItem*> rows = make_rows(entries, at, portion);
         parent ? parent->addChildren(rows) : addTopLevelItems(rows);
         prime_positions(*this, rows);
-        if (since_breath.hasExpired(breath_ms)) {
+        const bool more = at + portion < entries.size();
+        if (more && (!since_breath.isValid() || since_breath.hasExpired(breath_ms))) {
             QCoreApplication::processEvents();
-            since_breath.restart();
+            since_breath.start();
         }
         if (listing.abandoned()) {
             return false;
