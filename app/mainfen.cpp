@@ -32,8 +32,9 @@ QStringList path_arguments()
 MainFen::MainFen()
 {
     QStringList arguments = path_arguments();
-    tree1 = new MyTreeWidget(this);
-    tree2 = new MyTreeWidget(this);
+    // readSettings() opens their directories.
+    tree1 = new MyTreeWidget(this, MyTreeWidget::FirstListing::OnRequest);
+    tree2 = new MyTreeWidget(this, MyTreeWidget::FirstListing::OnRequest);
     createActions();
     createMenus();
     createToolBars();

@@ -64,9 +64,11 @@ QString nearest_existing(QString path)
 QList<Volume> volumes()
 {
     // The root directory counts whatever it lies on: without it nothing could be reached.
-    QList<Volume> found{{u"/"_s, volume_label(u"/"_s)}};
+    QList<Volume> found{{u"/"_s, {}}};
     for (const QStorageInfo& storage : QStorageInfo::mountedVolumes()) {
-        if (storage.rootPath() != "/"_L1 && is_recognisable(storage)) {
+        if (storage.rootPath() == "/"_L1) {
+            found.first().label = label_of(storage);
+        } else if (is_recognisable(storage)) {
             found.append({storage.rootPath(), label_of(storage)});
         }
     }

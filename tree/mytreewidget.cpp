@@ -14,7 +14,7 @@
 
 using namespace Qt::StringLiterals;
 
-MyTreeWidget::MyTreeWidget(QWidget* parent)
+MyTreeWidget::MyTreeWidget(QWidget* parent, FirstListing first_listing)
     : QTreeWidget(parent), main_window(qobject_cast<MainFen*>(parent))
 {
     create_actions();
@@ -27,7 +27,9 @@ MyTreeWidget::MyTreeWidget(QWidget* parent)
     dir.setPath(platform::root_of_entry(drive_combo->currentText()));
     status_label->setText(drive_combo->currentText().left(3));
     track_rows();
-    PopulateView();
+    if (first_listing == FirstListing::AtOnce) {
+        PopulateView();
+    }
     configure_view();
     make_connections();
 }

@@ -47,8 +47,12 @@ class MyTreeWidget : public QTreeWidget
     Q_OBJECT
 
   public:
+    /// Whether a new pane lists the first drive, or waits for a changeModel() that follows before
+    /// anyone sees it: no directory is read only to be thrown away.
+    enum class FirstListing : quint8 { AtOnce, OnRequest };
+
     /// `parent` is the main window; a pane without one works by itself.
-    explicit MyTreeWidget(QWidget* parent);
+    explicit MyTreeWidget(QWidget* parent, FirstListing first_listing = FirstListing::AtOnce);
 
     /// Running jobs are asked to stop and not waited for.
     ~MyTreeWidget() override;
