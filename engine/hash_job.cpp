@@ -136,7 +136,7 @@ class Job
                 tell_(DirectoryFound{found->row, found->parent, std::move(found->entry)});
                 tell_(DirectoryReached{found->row});
                 walk.enter(found->row, path);
-            } else if (!is_excluded(plan_.exclusions, found->entry.path)) {
+            } else if (!is_excluded(plan_.exclusions, found->entry.name)) {
                 FileResult result = hash(found->entry.path);
                 tell_(FileFound{found->parent, std::move(found->entry), std::move(result)});
             }
