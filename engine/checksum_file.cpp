@@ -134,6 +134,8 @@ QByteArray encode_checksum_text(const QString& text)
 bool write_checksum_file(const QString& path, const QString& text, Replace replace)
 {
     QSaveFile file(path);
+    // A file that may be written stands for itself where its directory takes no new one.
+    file.setDirectWriteFallback(replace == Replace::Yes);
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
