@@ -3,11 +3,13 @@
 #include "platform/mime_apps_list_unix.h"
 
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +18,7 @@ namespace platform {
 namespace {
 
 constexpr int tool_timeout = 5000; // ms
+constexpr int kill_timeout = 1000; // ms
 
 const QByteArray desktop_id = "tavrel.desktop";
 const QList<QByteArray> checksum_types = {"text/x-md5sum", "text/x-sha1sum"};
@@ -63,10 +66,18 @@ QByteArray output_of(const QString& tool, const QStringList& arguments)
     QProcess process;
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
+    // The window is painted meanwhile, and takes no second command.
+    QEventLoop loop;
+    QObject::connect(&process, &QProcess::finished, &loop, &QEventLoop::quit);
+    QObject::connect(&process, &QProcess::errorOccurred, &loop, &QEventLoop::quit);
+    QTimer::singleShot(tool_timeout, &loop, &QEventLoop::quit);
     process.start(path, arguments);
-    if (!process.waitForFinished(tool_timeout)) {
+    if (process.state() != QProcess::NotRunning) {
+        loop.exec(QEventLoop::ExcludeUserInputEvents);
+    }
+    if (process.state() != QProcess::NotRunning) {
         process.kill();
-        process.waitForFinished(tool_timeout);
+        process.waitForFinished(kill_timeout);
         return {};
     }
     const bool success = process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
