@@ -229,6 +229,7 @@ class MyTreeWidget : public QTreeWidget
                      const BackgroundListing& listing);
     void abandon_listings();
     bool listing() const;
+    bool open_directory(const QString& path);
     void open_or_fall_back(const QString& path);
     void show_current_path();
     qsizetype first_content_row() const;

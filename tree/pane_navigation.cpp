@@ -139,8 +139,7 @@ bool MyTreeWidget::list_into(QTreeWidgetItem* parent, const QString& path, QDir:
 bool MyTreeWidget::PopulateView()
 {
     if (in_custom_mode()) {
-        changeModel(dir.canonicalPath());
-        return true;
+        return !job_running() && open_directory(dir.canonicalPath());
     }
     if (!list_into(nullptr, dir.path(), dir.filter())) {
         return false;
@@ -176,9 +175,15 @@ void MyTreeWidget::open_or_fall_back(const QString& path)
 
 MyTreeWidget* MyTreeWidget::changeModel(QString path)
 {
-    if (job_running()) {
-        return this;
+    if (!job_running()) {
+        open_directory(path);
     }
+    return this;
+}
+
+/// Answers like PopulateView().
+bool MyTreeWidget::open_directory(const QString& path)
+{
     open_or_fall_back(path);
     const QString canonical = dir.canonicalPath();
     status_label->setText(canonical);
@@ -192,8 +197,7 @@ MyTreeWidget* MyTreeWidget::changeModel(QString path)
     drive_combo->setCurrentIndex(static_cast<int>(platform::find_entry(entries, canonical)));
 
     clear();
-    PopulateView();
-    return this;
+    return PopulateView();
 }
 
 void MyTreeWidget::showDir(QTreeWidgetItem* item, int /*column*/)
