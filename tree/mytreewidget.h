@@ -239,7 +239,7 @@ class MyTreeWidget : public QTreeWidget
     void launch(void (MyTreeWidget::*job)());
     bool refused_while_listing();
     void prepare_hash();
-    void plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row);
+    void plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row, const QString& path);
     bool plan_step_once(engine::HashStep::Kind kind, QTreeWidgetItem* row);
     void start_job(JobKind kind);
     void calculate_hash(QTreeWidgetItem* item);

@@ -81,9 +81,9 @@ void MyTreeWidget::prepare_hash()
     disconnect(this, &QTreeWidget::itemExpanded, this, &MyTreeWidget::PopulateDir);
 }
 
-void MyTreeWidget::plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row)
+void MyTreeWidget::plan_step(engine::HashStep::Kind kind, QTreeWidgetItem* row, const QString& path)
 {
-    plan->steps.push_back({kind, job_rows.add(row), path_of(*row)});
+    plan->steps.push_back({kind, job_rows.add(row), path});
 }
 
 /// Adds a step for a row, unless it has one: a row that is selected together with its directory
@@ -94,7 +94,7 @@ bool MyTreeWidget::plan_step_once(engine::HashStep::Kind kind, QTreeWidgetItem* 
         return false;
     }
     planned_rows.insert(row);
-    plan_step(kind, row);
+    plan_step(kind, row, path_of(*row));
     return true;
 }
 
@@ -139,8 +139,9 @@ void MyTreeWidget::tampon_calculate_hashdir()
     prepare_hash();
     for (auto i = static_cast<int>(first_content_row()); i < topLevelItemCount(); ++i) {
         QTreeWidgetItem* row = topLevelItem(i);
-        if (row->type() == TypeFile && !engine::is_excluded(exclusions, path_of(*row))) {
-            plan_step(engine::HashStep::Kind::File, row);
+        const QString path = path_of(*row);
+        if (row->type() == TypeFile && !engine::is_excluded(exclusions, path)) {
+            plan_step(engine::HashStep::Kind::File, row, path);
         }
     }
     start_job(JobKind::Directory);

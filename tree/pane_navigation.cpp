@@ -35,8 +35,8 @@ QList<QTreeWidgetItem*> make_rows(const QList<engine::Entry>& entries, qsizetype
 {
     QList<QTreeWidgetItem*> rows;
     rows.reserve(n);
-    for (const engine::Entry& entry : entries.sliced(from, n)) {
-        rows.append(make_row(entry));
+    for (qsizetype i = from; i < from + n; ++i) {
+        rows.append(make_row(entries[i]));
     }
     return rows;
 }
