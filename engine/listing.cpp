@@ -1,12 +1,11 @@
 #include "engine/listing.h"
 
 #include "platform/directory_reader.h"
+#include "platform/name_order.h"
 
-#include <QCollator>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <numeric>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -45,28 +44,17 @@ class CanonicalPaths
     QString prefix_;
 };
 
-/// The indices of the entries in display order. Sort keys are made once per name: comparing names
-/// by the locale's rules costs too much to be done at every step of a sort.
+/// The indices of the entries in display order.
 std::vector<qsizetype> display_order(const QList<Entry>& entries)
 {
-    const QCollator collator;
-    const bool plain = collator.locale().language() == QLocale::C;
-    std::vector<QCollatorSortKey> keys;
-    if (!plain) {
-        keys.reserve(static_cast<size_t>(entries.size()));
-        for (const Entry& entry : entries) {
-            keys.push_back(collator.sortKey(entry.name));
-        }
+    QStringList names;
+    names.reserve(entries.size());
+    for (const Entry& entry : entries) {
+        names.append(entry.name);
     }
-    std::vector<qsizetype> order(static_cast<size_t>(entries.size()));
-    std::iota(order.begin(), order.end(), 0);
-    std::stable_sort(order.begin(), order.end(), [&](qsizetype a, qsizetype b) {
-        if (entries[a].is_dir != entries[b].is_dir) {
-            return entries[a].is_dir;
-        }
-        return plain ? entries[a].name < entries[b].name
-                     : keys[static_cast<size_t>(a)].compare(keys[static_cast<size_t>(b)]) < 0;
-    });
+    std::vector<qsizetype> order = platform::name_order(names);
+    std::stable_partition(order.begin(), order.end(),
+                          [&](qsizetype i) { return entries[i].is_dir; });
     return order;
 }
 
