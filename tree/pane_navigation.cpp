@@ -23,6 +23,9 @@ namespace {
 constexpr qsizetype rows_per_portion = 1000;
 constexpr int breath_ms = 20;
 
+// Asked for a longer path, a system may cut it off and answer for another one.
+constexpr qsizetype longest_path = 32'000;
+
 PaneRow* make_row(const engine::Entry& entry)
 {
     auto* row = new PaneRow(entry, PaneRow::Origin::Listed);
@@ -165,7 +168,7 @@ void MyTreeWidget::open_or_fall_back(const QString& path)
 {
     const auto opened = [this](const QString& candidate) {
         dir.setPath(candidate);
-        return !candidate.isEmpty() && dir.exists();
+        return !candidate.isEmpty() && candidate.size() <= longest_path && dir.exists();
     };
     if (!opened(path) && !opened(platform::root_of_path(path)) &&
         !opened(platform::root_of_entry(path))) {
