@@ -4,6 +4,8 @@
 #include <QStringList>
 #include <QTemporaryDir>
 
+#include <memory>
+
 /// A temporary directory in which a test lays out its files.
 class TestDir : public QTemporaryDir
 {
@@ -26,6 +28,12 @@ class TestDir : public QTemporaryDir
 
     /// The content of a file; null when there is none.
     QByteArray read(const QString& name) const;
+
+    /// Keeps an open file until the directory goes.
+    void keep_open(std::shared_ptr<void> file) { open_files_.append(std::move(file)); }
+
+  private:
+    QList<std::shared_ptr<void>> open_files_;
 };
 
 /// Whether file permissions hold for this user. To root every file is readable.

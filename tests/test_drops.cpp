@@ -167,7 +167,9 @@ QString TestDrops::many_files()
         // Links to links, because a listing has to follow each of them to its end.
         for (int i = 0; i < 1000; ++i) {
             const QString link = many_.filePath(QString::number(i));
-            QFile::link(target, link);
+            if (!QFile::link(target, link) || !QFileInfo(link).isSymLink()) {
+                break; // a shortcut, made slowly and quickly read
+            }
             target = i < 30 ? link : target;
         }
     }
@@ -525,7 +527,10 @@ void TestDrops::command_line()
 
 int main(int argc, char* argv[])
 {
-    shown_argv[0] = argv[0];
+    // Another name than the process's own: as long as these look like its arguments, Windows is
+    // asked for them instead.
+    QByteArray program("shown");
+    shown_argv[0] = program.data();
     QApplication application(shown_argc, shown_argv.data());
     TestDrops test;
     return QTest::qExec(&test, argc, argv);

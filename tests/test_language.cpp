@@ -10,6 +10,7 @@
 #include "tests/pane_fixture.h"
 
 #include <QComboBox>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QProcess>
 #include <QScopeGuard>
@@ -21,6 +22,10 @@
 using namespace Qt::StringLiterals;
 
 namespace {
+
+// Made whole before any test changes the working directory: a path may lack the drive.
+const QString catalogue = QFileInfo(QString::fromLocal8Bit(TAVREL_CATALOGUE)).absoluteFilePath();
+const QString plugins = QFileInfo(QString::fromLocal8Bit(TAVREL_TEST_PLUGINS)).absoluteFilePath();
 
 /// All texts that a window shows, speaks or offers, those of its actions and menus included.
 QSet<QString> texts_of(const QWidget& window)
@@ -58,7 +63,7 @@ QSet<QString> texts_of(const QWidget& window)
 /// The texts of the catalogue's French side that stand in what was seen, if English has another.
 QStringList french_in(const QSet<QString>& seen)
 {
-    const QList<Message> messages = read_messages(QString::fromLocal8Bit(TAVREL_CATALOGUE));
+    const QList<Message> messages = read_messages(catalogue);
     QSet<QString> english;
     for (const Message& message : messages) {
         english.unite(QSet<QString>(message.forms.begin(), message.forms.end()));
@@ -264,7 +269,7 @@ void TestLanguage::restart()
 {
     const TestDir dir;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(u"QT_PLUGIN_PATH"_s, QString::fromLocal8Bit(TAVREL_TEST_PLUGINS));
+    environment.insert(u"QT_PLUGIN_PATH"_s, plugins);
     environment.insert(u"QT_QPA_GENERIC_PLUGINS"_s, u"restart_driver"_s);
     QProcess program;
     program.setProcessEnvironment(environment);
