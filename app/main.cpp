@@ -3,6 +3,7 @@
 #include "app/product.h"
 #include "app/settings_file.h"
 #include "platform/process_end.h"
+#include "platform/volumes.h"
 
 #include <QApplication>
 #include <QSettings>
@@ -12,6 +13,7 @@ using namespace Qt::StringLiterals;
 
 int main(int argc, char* argv[])
 {
+    platform::never_ask_for_media();
     QApplication application(argc, argv);
     const QSettings settings(settings_path(), QSettings::IniFormat);
     QTranslator translator;

@@ -16,6 +16,11 @@ struct Volume
     QString label; ///< label without surrounding blanks, empty when there is none
 };
 
+/// From now on a drive without a medium is an error like others; without this, Windows asks for a
+/// medium in a box of its own, in which the thread that looked at the drive hangs. For the whole
+/// process; call once, at its start.
+void never_ask_for_media();
+
 /// The volumes in the system's order (Unix: "/" first, then by mount point). Drives without a
 /// medium are listed, without a label.
 QList<Volume> volumes();

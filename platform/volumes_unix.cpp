@@ -61,6 +61,9 @@ QString nearest_existing(QString path)
 
 } // namespace
 
+void never_ask_for_media()
+{}
+
 QList<Volume> volumes()
 {
     // The root directory counts whatever it lies on: without it nothing could be reached.

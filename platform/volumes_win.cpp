@@ -10,6 +10,11 @@ using namespace Qt::StringLiterals;
 
 namespace platform {
 
+void never_ask_for_media()
+{
+    SetErrorMode(GetErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
+}
+
 QList<Volume> volumes()
 {
     QList<Volume> found;
@@ -28,14 +33,10 @@ QString volume_label(const QString& root)
     DWORD serial = 0;
     DWORD component_length = 0;
     DWORD flags = 0;
-    // A drive without a medium would otherwise stop the window with a box of the system's own.
-    DWORD old_mode = 0;
-    SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &old_mode);
     const BOOL read =
         GetVolumeInformationW(reinterpret_cast<const wchar_t*>(root.utf16()), name.data(),
                               static_cast<DWORD>(name.size()), &serial, &component_length, &flags,
                               file_system.data(), static_cast<DWORD>(file_system.size()));
-    SetThreadErrorMode(old_mode, nullptr);
     return read ? QString::fromWCharArray(name.data()).trimmed() : QString();
 }
 
