@@ -77,6 +77,7 @@ class TestAssociation : public QObject
     Q_OBJECT
 
   private slots:
+    void initTestCase();
     void init();
     void cleanup();
     void store_holds_what_was_associated();
@@ -103,6 +104,14 @@ class TestAssociation : public QObject
         if (QStandardPaths::findExecutable(tool).isEmpty())                                        \
             QSKIP("a tool of the desktop is missing");                                             \
     }
+
+void TestAssociation::initTestCase()
+{
+    if (QSysInfo::productType() == "windows"_L1 &&
+        !qEnvironmentVariableIsSet("TAVREL_TEST_REGISTRY")) {
+        QSKIP("this registry is not the tests' own");
+    }
+}
 
 void TestAssociation::init()
 {
