@@ -6,6 +6,7 @@
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QRadioButton>
@@ -27,6 +28,10 @@ constexpr qint64 clock_slack_ms = 100;
 
 // Nothing larger is ever hashed to its end here.
 constexpr qint64 largest_judged = 16'000'000;
+
+// In which a job that nobody waits for sees that it was stopped; a busy machine is given more than
+// it takes. The huge files take hours to hash.
+constexpr int pool_patience_ms = 10'000;
 
 bool is_digest(const QString& text)
 {
@@ -78,6 +83,7 @@ Judge::Judge(User& user, World& world) : user_(user), world_(world), outside_(na
 void Judge::watch_window()
 {
     said_.clear();
+    painted_.clear();
     connect(user_.window().statusBar(), &QStatusBar::messageChanged, this,
             &Judge::judge_comparison);
 }
@@ -127,6 +133,8 @@ void Judge::judge_pair(const QTreeWidgetItem& first, const QTreeWidgetItem& seco
         return;
     }
     ++greens_;
+    painted_.insert(&first, path_of(first));
+    painted_.insert(&second, path_of(second));
     if (path_of(first) == path_of(second)) {
         return;
     }
@@ -144,12 +152,19 @@ void Judge::judge_pair(const QTreeWidgetItem& first, const QTreeWidgetItem& seco
     }
 }
 
+void Judge::judge_work()
+{
+    for (const MyTreeWidget* pane : user_.panes()) {
+        if (pane->job_running() && (pane->drive_combo->isEnabled() || pane->acceptDrops())) {
+            report(u"a pane works and would take another directory or a drop"_s);
+        }
+    }
+}
+
 void Judge::judge_quiet_moment()
 {
     ++quiet_moments_;
-    if (QThreadPool::globalInstance()->activeThreadCount() > 0) {
-        report(u"the panes are idle, the pool is not"_s);
-    }
+    judge_pool();
     QHash<const QTreeWidgetItem*, Statement> said;
     for (const MyTreeWidget* pane : user_.panes()) {
         judge_rows(*pane, said);
@@ -160,12 +175,25 @@ void Judge::judge_quiet_moment()
     last_quiet_ = {world_.tick(), QDateTime::currentMSecsSinceEpoch()};
 }
 
+// A running job does not count as an active thread of the pool, but the pool waits for its end.
+void Judge::judge_pool()
+{
+    QElapsedTimer timer;
+    timer.start();
+    if (!QThreadPool::globalInstance()->waitForDone() || timer.hasExpired(pool_patience_ms)) {
+        report(u"the panes are idle, the pool is not"_s);
+    }
+}
+
 void Judge::judge_rows(const MyTreeWidget& pane, QHash<const QTreeWidgetItem*, Statement>& said)
 {
     QSet<const QTreeWidgetItem*> living;
     for (QTreeWidgetItemIterator it(const_cast<MyTreeWidget*>(&pane)); *it; ++it) {
         const QTreeWidgetItem& row = **it;
         living.insert(&row);
+        if (has_mark(row, Qt::green) && painted_.value(&row) != path_of(row)) {
+            report(u"green without a comparison: "_s + path_of(row));
+        }
         if (checksum_of(row).isEmpty()) {
             continue;
         }

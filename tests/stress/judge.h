@@ -21,6 +21,9 @@ class Judge final : public QObject
   public:
     Judge(User& user, World& world);
 
+    /// Judges what must hold at any moment: a pane at work takes nothing else on.
+    void judge_work();
+
     /// Judges a quiet moment: nothing works and no dialog is open.
     void judge_quiet_moment();
 
@@ -50,6 +53,7 @@ class Judge final : public QObject
     void judge_comparison(const QString& message);
     void judge_pair(const QTreeWidgetItem& first, const QTreeWidgetItem& second);
     void judge_lone(const QTreeWidgetItem& row);
+    void judge_pool();
     void judge_rows(const MyTreeWidget& pane, QHash<const QTreeWidgetItem*, Statement>& said);
     void judge_digest(const QString& path, const QString& checksum, const Moment& since);
     void judge_controls();
@@ -64,6 +68,7 @@ class Judge final : public QObject
     World& world_;
     Moment last_quiet_;
     QHash<const QTreeWidgetItem*, Statement> said_;
+    QHash<const QTreeWidgetItem*, QString> painted_; ///< the rows that a comparison left green
     QCache<QString, QByteArray> digests_;
     QStringList outside_;
     QStringList findings_;

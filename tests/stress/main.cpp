@@ -17,7 +17,6 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QThreadPool>
 
 #include <atomic>
 #include <condition_variable>
@@ -132,6 +131,7 @@ class Run
         for (step = 1; step <= steps; ++step) {
             remember(dice_.chance(35) ? world_.change() : user_.act());
             QTest::qWait(dice_.chance(20) ? dice_.below(20) : 0);
+            judge_.judge_work();
             const bool quiet = --bustle <= 0 || step == steps;
             if (quiet) {
                 bustle = 1 + dice_.below(longest_bustle);
@@ -163,7 +163,6 @@ class Run
         if (!rest) {
             return report({u"does not come to rest"_s});
         }
-        QThreadPool::globalInstance()->waitForDone(patience_ms);
         if (user_.at_rest()) {
             judge_.judge_quiet_moment();
         }
