@@ -65,14 +65,23 @@ void User::calm_down()
     }
 }
 
-void User::stay_in_the_world()
+bool User::is_in_the_world(const MyTreeWidget& pane) const
 {
+    return (pane.current_dir().path() + u'/').startsWith(world_.root() + u'/');
+}
+
+bool User::stay_in_the_world()
+{
+    bool inside = true;
     for (MyTreeWidget* pane : panes()) {
-        const QString shown = pane->current_dir().path();
-        if (!(shown + u'/').startsWith(world_.root() + u'/')) {
+        if (!is_in_the_world(*pane)) {
+            world_.keep_sides();
+            pane->stop_button->click(); // a pane at work does not move
             pane->changeModel(pane == window_->first_pane() ? world_.left() : world_.right());
+            inside = inside && is_in_the_world(*pane);
         }
     }
+    return inside;
 }
 
 void User::let_announcement_pass()
@@ -105,7 +114,9 @@ QString User::act()
     }
     calming_ = false;
     const QScopedValueRollback<int> open(acts_open_, acts_open_ + 1);
-    stay_in_the_world();
+    if (!stay_in_the_world()) {
+        return u"finds the way back"_s;
+    }
     return (this->*dice_.weigh(acts))();
 }
 
@@ -135,6 +146,9 @@ QString User::compare_sides()
     const QString below = directory.mid(side);
     window_->first_pane()->changeModel(world_.left() + below);
     window_->second_pane()->changeModel(world_.right() + below);
+    if (!stay_in_the_world()) {
+        return u"finds nothing to compare"_s;
+    }
     let_announcement_pass();
     const QKeySequence shortcut(u"Ctrl+Shift+F"_s);
     for (QAction* action : window_->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {

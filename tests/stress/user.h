@@ -37,8 +37,8 @@ class User final : public QObject
     QString act();
 
     /// Brings a pane that left the world back into it; before every act, so that nothing is ever
-    /// hashed or written elsewhere.
-    void stay_in_the_world();
+    /// written elsewhere. False if one is still outside.
+    bool stay_in_the_world();
 
     /// Lets the time pass in which the end of a comparison is announced and no other is noticed.
     void let_announcement_pass();
@@ -77,6 +77,7 @@ class User final : public QObject
     QString new_window();
 
     void build_window();
+    bool is_in_the_world(const MyTreeWidget& pane) const;
     MyTreeWidget& any_pane();
     QTreeWidgetItem* any_row(const MyTreeWidget& pane);
     QString any_digest();

@@ -60,8 +60,7 @@ World::World(Dice& dice) : dice_(dice), root_(QFileInfo(directory_.path()).canon
             contents_.append(QByteArray(size, fill));
         }
     }
-    QDir().mkpath(left());
-    QDir().mkpath(right());
+    keep_sides();
     QDir().mkpath(root_ + u"/spool"_s);
     refresh();
     for (int i = 0; i < 60; ++i) {
@@ -95,14 +94,19 @@ QString World::change()
         {5, &World::copy_left_to_right},
     };
     if (dice_.chance(30)) {
-        QDir().mkpath(left());
-        QDir().mkpath(right());
+        keep_sides();
     }
     const bool crowded = files_.size() > most_files && dice_.chance(10);
     const Change next = crowded ? &World::thin_out : dice_.weigh(changes);
     const QString done = (this->*next)();
     refresh();
     return done;
+}
+
+void World::keep_sides() const
+{
+    QDir().mkpath(left());
+    QDir().mkpath(right());
 }
 
 QString World::any_path()

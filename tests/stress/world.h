@@ -29,6 +29,9 @@ class World final
     /// Changes something, anything; answers what, for the report.
     QString change();
 
+    /// Sees to it that both sides exist.
+    void keep_sides() const;
+
     /// A path of something in the tree, or of nothing at all now and then.
     QString any_path();
     QString any_directory();
