@@ -157,6 +157,8 @@ class TestHostile : public QObject
     void unusable_checksum_file_leaves_the_controls();
     void checksum_files_are_not_written_into_the_root_data();
     void checksum_files_are_not_written_into_the_root();
+    void checksum_file_asked_for_during_another_job_data();
+    void checksum_file_asked_for_during_another_job();
     void dropped_rows_may_die_during_a_listing();
     void reset_during_a_job_makes_nothing_green();
 };
@@ -506,6 +508,41 @@ void TestHostile::checksum_files_are_not_written_into_the_root()
         QFile::remove(u"/"_s + name);
     }
     QCOMPARE(written, QStringList());
+}
+
+void TestHostile::checksum_file_asked_for_during_another_job_data()
+{
+    QTest::addColumn<QAction * MyTreeWidget::*>("action");
+    QTest::addColumn<bool>("fits");
+    QTest::newRow("same kind") << &MyTreeWidget::act_md5_dir_file << true;
+    QTest::newRow("other kind") << &MyTreeWidget::act_sha1_dir_file << false;
+    QTest::newRow("other kind, beside each file") << &MyTreeWidget::act_sha1_file << false;
+}
+
+// The job goes on by its own algorithm; under the other one's name its digests would say that good
+// files are damaged.
+void TestHostile::checksum_file_asked_for_during_another_job()
+{
+    QFETCH(QAction * MyTreeWidget::*, action);
+    QFETCH(bool, fits);
+    TestDir dir;
+    const QString last = dir.createFile(u"d/last"_s);
+    if (!QFile::resize(last, huge_size)) {
+        QSKIP("no sparse files of 1 TiB here");
+    }
+    WindowFixture fixture;
+    fixture.first->changeModel(dir.at(u"d"_s));
+    fixture.first->HashAll();
+    QTRY_VERIFY(fixture.first->progress->isVisibleTo(fixture.window.get()));
+    fixture.first->selectAll();
+    (fixture.first->*action)->trigger();
+    QVERIFY(QFile::resize(last, 0)); // the job comes to its end by itself
+    QVERIFY(fixture.wait_idle());
+    QByteArray written;
+    for (const QString& name : QDir(dir.at(u"d"_s)).entryList({u"*.md5"_s, u"*.sha1"_s})) {
+        written += dir.read(u"d/"_s + name);
+    }
+    QCOMPARE(written.contains("  last\n"), fits);
 }
 
 void TestHostile::dropped_rows_may_die_during_a_listing()

@@ -44,6 +44,14 @@ QString extension(QCryptographicHash::Algorithm algorithm)
     return algorithm == QCryptographicHash::Md5 ? u".md5"_s : u".sha1"_s;
 }
 
+/// Whether a line can be made of an entry of the map. The job that was running when the command was
+/// given may compute by the other algorithm; its digests would call good files damaged.
+bool is_writable(const QString& path, const QString& digest,
+                 QCryptographicHash::Algorithm algorithm)
+{
+    return is_file_key(path) && digest.size() == 2 * QCryptographicHash::hashLength(algorithm);
+}
+
 QString header_lines()
 {
     return MyTreeWidget::tr("# Fichier créé avec Tavrel\n") +
@@ -94,7 +102,7 @@ void MyTreeWidget::write_file_checksums()
     const QMap<QString, QString> digested = digests;
     QString name;
     for (const auto& [path, digest] : digested.asKeyValueRange()) {
-        if (digest.isEmpty() || !is_file_key(path)) {
+        if (!is_writable(path, digest, algo)) {
             continue;
         }
         const QFileInfo file(path);
@@ -154,7 +162,7 @@ void MyTreeWidget::write_directory_checksums()
     QString body;
     const QMap<QString, QString> digested = digests;
     for (const auto& [path, digest] : digested.asKeyValueRange()) {
-        if (is_file_key(path) && !digest.isEmpty()) {
+        if (is_writable(path, digest, algo)) {
             body += engine::checksum_line(digest, QFileInfo(path).fileName());
         }
     }
