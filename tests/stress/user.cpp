@@ -140,10 +140,7 @@ QTreeWidgetItem* User::any_row(const MyTreeWidget& pane)
 // What the program is for; by chance alone it would be rare.
 QString User::compare_sides()
 {
-    const QString directory = world_.any_directory();
-    const qsizetype side =
-        directory.startsWith(world_.left()) ? world_.left().size() : world_.right().size();
-    const QString below = directory.mid(side);
+    const QString below = world_.any_place();
     window_->first_pane()->changeModel(world_.left() + below);
     window_->second_pane()->changeModel(world_.right() + below);
     if (!stay_in_the_world()) {

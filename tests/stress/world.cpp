@@ -91,7 +91,7 @@ QString World::change()
         {2, &World::put_huge_file},
         {3, &World::remove_huge_files},
         {1, &World::put_many_files},
-        {5, &World::copy_left_to_right},
+        {10, &World::copy_left_to_right},
     };
     if (dice_.chance(30)) {
         keep_sides();
@@ -131,6 +131,19 @@ QString World::any_directory()
 QString World::any_file()
 {
     return files_.isEmpty() ? new_path() : dice_.pick(files_);
+}
+
+QString World::any_place()
+{
+    QString below;
+    for (int i = 0; i < 10; ++i) {
+        const QString directory = any_directory();
+        below = directory.mid(directory.startsWith(left()) ? left().size() : right().size());
+        if (QFileInfo(left() + below).isDir() && QFileInfo(right() + below).isDir()) {
+            break;
+        }
+    }
+    return below;
 }
 
 bool World::changed_since(const QString& path, quint64 tick) const

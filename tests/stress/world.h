@@ -37,6 +37,9 @@ class World final
     QString any_directory();
     QString any_file();
 
+    /// What leads from either side to a directory that it has, mostly one that both have.
+    QString any_place();
+
     quint64 tick() const { return tick_; }
 
     /// Whether the world changed what a path leads to after a tick. What the program itself wrote
