@@ -27,6 +27,7 @@ declare -A packages=(
     xdotool x11-utils'
   [bench]='coreutils openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
+  [fuzz]='clang llvm libclang-rt-14-dev'
   [windows]='g++-mingw-w64-x86-64-posix nsis zip xz-utils'
   [windows-qt]='dpkg-dev perl python3'
   [wine]='wine wine64'
@@ -41,6 +42,7 @@ declare -A commands=(
     xdotool xprop'
   [bench]='md5sum sha1sum openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
+  [fuzz]='clang++'
   [windows]='x86_64-w64-mingw32-g++-posix makensis zip xz'
   [windows-qt]='dpkg-source perl python3'
   [wine]='wine wineserver'
@@ -216,4 +218,12 @@ steady_environment() {
     export XDG_RUNTIME_DIR=$root/build/runtime
     (umask 077 && mkdir -p "$XDG_RUNTIME_DIR")
   fi
+}
+
+# How the sanitizers judge: all that they find ends the program, but for what is not ours.
+sanitizer_options() {
+  export ASAN_OPTIONS=detect_leaks=1
+  export LSAN_OPTIONS=suppressions=$root/tests/lsan.supp:print_suppressions=0
+  export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
+  export TSAN_OPTIONS=suppressions=$root/tests/tsan.supp:print_suppressions=0:halt_on_error=1
 }
