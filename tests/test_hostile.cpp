@@ -159,6 +159,7 @@ class TestHostile : public QObject
     void checksum_files_are_not_written_into_the_root();
     void checksum_file_asked_for_during_another_job_data();
     void checksum_file_asked_for_during_another_job();
+    void refused_job_does_not_end_the_next();
     void dropped_rows_may_die_during_a_listing();
     void reset_during_a_job_makes_nothing_green();
 };
@@ -543,6 +544,28 @@ void TestHostile::checksum_file_asked_for_during_another_job()
         written += dir.read(u"d/"_s + name);
     }
     QCOMPARE(written.contains("  last\n"), fits);
+}
+
+// Asked for as the last rows of a listing arrive, so that another job has begun by the time in
+// which the end of the refused one is told.
+void TestHostile::refused_job_does_not_end_the_next()
+{
+    TestDir dir;
+    if (!QFile::resize(dir.createFile(u"d/huge"_s), huge_size)) {
+        QSKIP("no sparse files of 1 TiB here");
+    }
+    WindowFixture fixture;
+    MyTreeWidget& pane = *fixture.first;
+    connect(pane.model(), &QAbstractItemModel::rowsInserted, &pane, [&pane] { pane.HashThis(); });
+    QSignalSpy reading(&pane, &MyTreeWidget::processing);
+    pane.open_and_hash_all(dir.at(u"d"_s));
+    QTRY_VERIFY(!reading.isEmpty());
+    QVERIFY(pane.job_running());
+    QVERIFY(!pane.drive_combo->isEnabled());
+    QVERIFY(!pane.acceptDrops());
+    pane.stop_button->click();
+    QVERIFY(fixture.wait_idle());
+    QVERIFY(pane.drive_combo->isEnabled());
 }
 
 void TestHostile::dropped_rows_may_die_during_a_listing()

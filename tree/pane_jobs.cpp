@@ -59,12 +59,17 @@ void MyTreeWidget::launch(void (MyTreeWidget::*job)())
 
 /// Half of the rows are not there yet while the pane lists, or are about to go while a comparison
 /// lists the panes anew. Whoever disabled controls for the job that is refused hears of its end all
-/// the same.
+/// the same, unless another has begun by then, whose end will do.
 bool MyTreeWidget::refused_while_listing()
 {
     const bool refused = listing() || comparison_starts();
     if (refused) {
-        QMetaObject::invokeMethod(this, &MyTreeWidget::alldone, Qt::QueuedConnection);
+        const auto tell = [this] {
+            if (!job_running()) {
+                emit alldone();
+            }
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
     }
     return refused;
 }
