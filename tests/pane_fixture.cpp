@@ -5,13 +5,27 @@
 #include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
-#include <QMimeData>
 #include <QSignalSpy>
 #include <QStatusBar>
 #include <QTest>
-#include <QUrl>
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+template<class Wanted>
+QString names_if(const MyTreeWidget& pane, Wanted wanted)
+{
+    QStringList found;
+    for (int i = 0; i < pane.topLevelItemCount(); ++i) {
+        if (wanted(*pane.topLevelItem(i))) {
+            found.append(pane.topLevelItem(i)->text(ColName));
+        }
+    }
+    return found.join(u", "_s);
+}
+
+} // namespace
 
 WindowFixture::WindowFixture() : old_dir_(QDir::currentPath())
 {
@@ -93,6 +107,25 @@ QTreeWidgetItem* find_row(const MyTreeWidget& pane, const QString& name)
     return row;
 }
 
+QString shown_in(const MyTreeWidget& pane)
+{
+    return names_if(pane, [](const QTreeWidgetItem&) { return true; });
+}
+
+QString hashed_in(const MyTreeWidget& pane)
+{
+    return names_if(pane, [](const QTreeWidgetItem& row) { return !row.text(ColHash).isEmpty(); });
+}
+
+QString selected_in(const MyTreeWidget& pane)
+{
+    QStringList found;
+    for (const QTreeWidgetItem* row : pane.selectedItems()) {
+        found.append(row->text(ColName));
+    }
+    return found.join(u", "_s);
+}
+
 QString checksum_at(const MyTreeWidget& pane, const QString& name)
 {
     const QTreeWidgetItem* row = find_row(pane, name);
@@ -140,23 +173,41 @@ void expand(MyTreeWidget& pane, const QString& name)
     find_row(pane, name)->setExpanded(true);
 }
 
-bool drop_files(MyTreeWidget& pane, const QStringList& paths)
+void activate(MyTreeWidget& pane, const QString& name)
+{
+    emit pane.itemActivated(find_row(pane, name), 0);
+}
+
+bool drag_in(MyTreeWidget& pane, const QMimeData& data)
+{
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(pane.viewport(), &enter);
+    return enter.isAccepted();
+}
+
+bool let_go(MyTreeWidget& pane, const QMimeData& data)
+{
+    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    drop.ignore();
+    QCoreApplication::sendEvent(pane.viewport(), &drop);
+    return drop.isAccepted();
+}
+
+bool drop_urls(MyTreeWidget& pane, const QList<QUrl>& urls)
 {
     QMimeData data;
+    data.setUrls(urls);
+    return drag_in(pane, data) && let_go(pane, data);
+}
+
+bool drop_files(MyTreeWidget& pane, const QStringList& paths)
+{
     QList<QUrl> urls;
     for (const QString& path : paths) {
         urls.append(QUrl::fromLocalFile(path));
     }
-    data.setUrls(urls);
-    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    enter.ignore();
-    QCoreApplication::sendEvent(pane.viewport(), &enter);
-    if (!enter.isAccepted()) {
-        return false;
-    }
-    QDropEvent drop(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(pane.viewport(), &drop);
-    return drop.isAccepted();
+    return drop_urls(pane, urls);
 }
 
 QString own_methods(const QMetaObject& meta, QMetaMethod::MethodType kind)

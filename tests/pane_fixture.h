@@ -7,7 +7,9 @@
 #include "tree/pane_row.h"
 
 #include <QMetaMethod>
+#include <QMimeData>
 #include <QTreeWidgetItem>
+#include <QUrl>
 
 #include <memory>
 
@@ -50,6 +52,12 @@ class WindowFixture
 /// The top-level row of that name, or the one below a path of names parted by "/"; null if absent.
 QTreeWidgetItem* find_row(const MyTreeWidget& pane, const QString& name);
 
+/// The names of the top-level rows, of those with a checksum and of all selected ones, parted by
+/// ", ".
+QString shown_in(const MyTreeWidget& pane);
+QString hashed_in(const MyTreeWidget& pane);
+QString selected_in(const MyTreeWidget& pane);
+
 /// The checksum shown for a row; "?" when there is no such row.
 QString checksum_at(const MyTreeWidget& pane, const QString& name);
 
@@ -68,8 +76,16 @@ void select_names(MyTreeWidget& pane, const QStringList& names);
 /// Expands a row by its name, see find_row(); its children are listed when this returns.
 void expand(MyTreeWidget& pane, const QString& name);
 
+/// Activates a row, see find_row(), as a double click does.
+void activate(MyTreeWidget& pane, const QString& name);
+
+/// Drags data onto a pane, and lets go of it there; each answers whether the pane takes it.
+bool drag_in(MyTreeWidget& pane, const QMimeData& data);
+bool let_go(MyTreeWidget& pane, const QMimeData& data);
+
 /// Drops files onto a pane as a file manager does; answers whether the pane took them.
 bool drop_files(MyTreeWidget& pane, const QStringList& paths);
+bool drop_urls(MyTreeWidget& pane, const QList<QUrl>& urls);
 
 /// The class's own methods of a kind, by their signatures in the order of the meta-object,
 /// parted by blanks.

@@ -50,6 +50,17 @@ QByteArray TestDir::read(const QString& name) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+QString TestDir::entries(const QString& name) const
+{
+    const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
+    return QDir(filePath(name)).entryList(all, QDir::Name).join(u", "_s);
+}
+
+QStringList words(const QString& text)
+{
+    return text.split(u", "_s, Qt::SkipEmptyParts);
+}
+
 bool permissions_hold()
 {
     TestDir dir;

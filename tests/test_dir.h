@@ -6,6 +6,12 @@
 
 #include <memory>
 
+/// Skips a test where createHuge() cannot make its file.
+#define HUGE_FILE_OR_SKIP(dir, name)                                                               \
+    if ((dir).createHuge(name).isEmpty()) {                                                        \
+        QSKIP("no sparse files of that size here");                                                \
+    }
+
 /// A temporary directory in which a test lays out its files.
 class TestDir : public QTemporaryDir
 {
@@ -29,12 +35,18 @@ class TestDir : public QTemporaryDir
     /// The content of a file; null when there is none.
     QByteArray read(const QString& name) const;
 
+    /// The names of all that is in the directory, or in one below it, parted by ", ".
+    QString entries(const QString& name = {}) const;
+
     /// Keeps an open file until the directory goes.
     void keep_open(std::shared_ptr<void> file) { open_files_.append(std::move(file)); }
 
   private:
     QList<std::shared_ptr<void>> open_files_;
 };
+
+/// The texts that ", " parts: the short way to write a list of names.
+QStringList words(const QString& text);
 
 /// Whether file permissions hold for this user. To root every file is readable.
 bool permissions_hold();
