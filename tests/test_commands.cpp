@@ -9,7 +9,6 @@
 #include <QDir>
 #include <QLineEdit>
 #include <QMenu>
-#include <QProcess>
 #include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
@@ -39,12 +38,6 @@ class Bench : public WindowFixture
     {
         widget->setFocus();
         QTRY_VERIFY(widget->hasFocus());
-    }
-
-    bool hash_directory()
-    {
-        first->HashDir();
-        return wait_idle();
     }
 
     TestDir dir;
@@ -86,19 +79,6 @@ QString right_click(MyTreeWidget& pane, QAction* choice = nullptr)
     return offered;
 }
 
-/// The top-level rows that have a checksum, by name.
-QStringList hashed_rows(const MyTreeWidget& pane)
-{
-    QStringList names;
-    for (int i = 0; i < pane.topLevelItemCount(); ++i) {
-        const QTreeWidgetItem* row = pane.topLevelItem(i);
-        if (!row->text(ColHash).isEmpty()) {
-            names.append(row->text(ColName));
-        }
-    }
-    return names;
-}
-
 } // namespace
 
 class TestCommands : public QObject
@@ -106,13 +86,11 @@ class TestCommands : public QObject
     Q_OBJECT
 
   private slots:
-    void copied_texts_data();
     void copied_texts();
     void copies_come_from_the_focused_pane();
     void menu_follows_the_current_row_data();
     void menu_follows_the_current_row();
     void menu_excludes_and_includes();
-    void exclusions_need_a_current_row();
     void shortcuts_hash_in_the_focused_pane_data();
     void shortcuts_hash_in_the_focused_pane();
     void backspace_goes_up();
@@ -120,80 +98,51 @@ class TestCommands : public QObject
     void options_arrive_in_their_order();
     void file_manager_shows_the_current_row_data();
     void file_manager_shows_the_current_row();
-    void exclusions_apply_to_directory_jobs();
-    void exclusions_apply_to_walked_directories();
-    void exclusions_spare_what_was_chosen();
-    void exclusions_apply_to_several_arguments();
 };
-
-void TestCommands::copied_texts_data()
-{
-    QTest::addColumn<CopyOptions>("options");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("checksums") << CopyOptions{false, false, false} << u"0f\n1e\n"_s;
-    QTest::newRow("names") << CopyOptions{true, false, false}
-                           << u"0f\ta.txt    \nbb bb.txt\n1e\tc        \n"_s;
-    QTest::newRow("sizes") << CopyOptions{false, true, false} << u"0f\t 1 Ko\n12 Mo\n1e\t     \n"_s;
-    QTest::newRow("paths") << CopyOptions{false, false, true}
-                           << u"0f\t/x/a.txt    \n/x/bb bb.txt\n1e\t/c          \n"_s;
-    QTest::newRow("names, sizes") << CopyOptions{true, true, false}
-                                  << u"0f\ta.txt    \t 1 Ko\n"
-                                     "bb bb.txt\t12 Mo\n"
-                                     "1e\tc        \t     \n"_s;
-    QTest::newRow("names, paths") << CopyOptions{true, false, true}
-                                  << u"0f\t/x/a.txt    \ta.txt    \n"
-                                     "/x/bb bb.txt\tbb bb.txt\n"
-                                     "1e\t/c          \tc        \n"_s;
-    QTest::newRow("sizes, paths") << CopyOptions{false, true, true}
-                                  << u"0f\t/x/a.txt    \t 1 Ko\n"
-                                     "/x/bb bb.txt\t12 Mo\n"
-                                     "1e\t/c          \t     \n"_s;
-    QTest::newRow("all") << CopyOptions{true, true, true}
-                         << u"0f\t/x/a.txt    \ta.txt    \t 1 Ko\n"
-                            "/x/bb bb.txt\tbb bb.txt\t12 Mo\n"
-                            "1e\t/c          \tc        \t     \n"_s;
-}
 
 void TestCommands::copied_texts()
 {
-    QFETCH(CopyOptions, options);
     const QList<CopyRow> rows = {{u"0f"_s, u"a.txt"_s, u"1 Ko"_s, u"/x/a.txt"_s},
                                  {QString(), u"bb bb.txt"_s, u"12 Mo"_s, u"/x/bb bb.txt"_s},
                                  {u"1e"_s, u"c"_s, QString(), u"/c"_s}};
-    QTEST(copy_text(rows, options), "text");
-    QCOMPARE(copy_text({}, options), QString());
+    // Name, size, path.
+    QCOMPARE(copy_text(rows, {false, false, false}), u"0f\n1e\n"_s);
+    QCOMPARE(copy_text(rows, {true, false, false}), u"0f\ta.txt    \nbb bb.txt\n1e\tc        \n"_s);
+    QCOMPARE(copy_text(rows, {false, true, false}), u"0f\t 1 Ko\n12 Mo\n1e\t     \n"_s);
+    QCOMPARE(copy_text(rows, {false, false, true}),
+             u"0f\t/x/a.txt    \n/x/bb bb.txt\n1e\t/c          \n"_s);
+    QCOMPARE(copy_text(rows, {true, true, true}), u"0f\t/x/a.txt    \ta.txt    \t 1 Ko\n"
+                                                  "/x/bb bb.txt\tbb bb.txt\t12 Mo\n"
+                                                  "1e\t/c          \tc        \t     \n"_s);
+    QCOMPARE(copy_text({}, {true, true, true}), QString());
 }
 
 void TestCommands::copies_come_from_the_focused_pane()
 {
     Bench bench;
     QClipboard& clipboard = *QGuiApplication::clipboard();
-    const auto copied = [&](const QString& command) {
-        clipboard.setText(u"untouched"_s);
-        bench.action(command)->trigger();
-        return clipboard.text();
+    /// What "Copier le resultat" and "Copier tous les résultats" put into the clipboard.
+    const auto copied = [&](QWidget* focused) {
+        bench.focus(focused);
+        QStringList texts;
+        for (const QString& command : {u"Copier le resultat"_s, u"Copier tous les résultats"_s}) {
+            clipboard.setText(u"untouched"_s);
+            bench.action(command)->trigger();
+            texts.append(clipboard.text());
+        }
+        return texts.join(u'|');
     };
-    const QString copy = u"Copier le resultat"_s;
-    const QString copy_all = u"Copier tous les résultats"_s;
     for (MyTreeWidget* pane : {bench.first, bench.second}) {
         select_names(*pane, {u"sub"_s, u"c.tmp"_s, u"a.txt"_s});
     }
-    bench.focus(bench.first);
-    QCOMPARE(copied(copy), u"untouched"_s);
-    QCOMPARE(copied(copy_all), u"untouched"_s);
-
+    QCOMPARE(copied(bench.first), u"untouched|untouched"_s);
     for (const QString& name : {u"sub"_s, u"a.txt"_s, u"b.TMP"_s, u"c.tmp"_s}) {
         find_row(*bench.first, name)->setText(ColHash, u"1 "_s + name);
         find_row(*bench.second, name)->setText(ColHash, u"2 "_s + name);
     }
-    QCOMPARE(copied(copy), u"1 c.tmp\n1 a.txt\n"_s);
-    QCOMPARE(copied(copy_all), u"1 a.txt\n1 b.TMP\n1 c.tmp\n"_s);
-    bench.focus(bench.second);
-    QCOMPARE(copied(copy), u"2 c.tmp\n2 a.txt\n"_s);
-    QCOMPARE(copied(copy_all), u"2 a.txt\n2 b.TMP\n2 c.tmp\n"_s);
-    bench.focus(bench.first->path_edit);
-    QCOMPARE(copied(copy), u"untouched"_s);
-    QCOMPARE(copied(copy_all), u"untouched"_s);
+    QCOMPARE(copied(bench.first), u"1 c.tmp\n1 a.txt\n|1 a.txt\n1 b.TMP\n1 c.tmp\n"_s);
+    QCOMPARE(copied(bench.second), u"2 c.tmp\n2 a.txt\n|2 a.txt\n2 b.TMP\n2 c.tmp\n"_s);
+    QCOMPARE(copied(bench.first->path_edit), u"untouched|untouched"_s);
 }
 
 void TestCommands::menu_follows_the_current_row_data()
@@ -215,7 +164,6 @@ void TestCommands::menu_follows_the_current_row_data()
     QTest::newRow("no row") << QString() << false << general;
     QTest::newRow("way up") << u".."_s << true << directory;
     QTest::newRow("directory") << u"sub"_s << true << directory;
-    QTest::newRow("directory, not selected") << u"sub"_s << false << directory;
     QTest::newRow("file") << u"a.txt"_s << true << file.arg(u""_s, u"disabled "_s);
     QTest::newRow("file, not selected") << u"a.txt"_s << false << general;
     QTest::newRow("excluded file") << u"c.tmp"_s << true << file.arg(u"disabled "_s, u""_s);
@@ -260,21 +208,14 @@ void TestCommands::menu_excludes_and_includes()
     both({u"txt"_s, u"TMP"_s});
     choose(*bench.second, u"a.txt"_s, bench.second->act_include);
     both({u"TMP"_s});
-}
 
-void TestCommands::exclusions_need_a_current_row()
-{
-    Bench bench;
-    bench.first->set_exclus(u"*.;tmp"_s);
-    const QStringList before = bench.first->exclusions;
-    bench.second->exclusions = before;
+    // Without a current row there is no type.
     for (MyTreeWidget* pane : {bench.first, bench.second}) {
         pane->setCurrentItem(nullptr);
         pane->act_exclude->trigger();
         pane->act_include->trigger();
     }
-    QCOMPARE(bench.first->exclusions, before);
-    QCOMPARE(bench.second->exclusions, before);
+    both({u"TMP"_s});
 }
 
 void TestCommands::shortcuts_hash_in_the_focused_pane_data()
@@ -304,12 +245,11 @@ void TestCommands::shortcuts_hash_in_the_focused_pane()
     QVERIFY(bench.wait_idle());
     QVERIFY(bench.radio(algorithm)->isChecked());
     QCOMPARE(bench.first->headerItem()->text(ColHash), algorithm);
-    QCOMPARE(hashed_rows(*bench.second),
-             all ? (QStringList{u"a.txt"_s, u"b.TMP"_s, u"c.tmp"_s}) : QStringList{u"a.txt"_s});
+    QCOMPARE(hashed_in(*bench.second), all ? u"a.txt, b.TMP, c.tmp"_s : u"a.txt"_s);
     QCOMPARE(checksum_at(*bench.second, u"a.txt"_s),
              reference_digest("a.txt", algorithm == "MD5"_L1 ? QCryptographicHash::Md5
                                                              : QCryptographicHash::Sha1));
-    QCOMPARE(hashed_rows(*bench.first), QStringList());
+    QCOMPARE(hashed_in(*bench.first), QString());
 }
 
 void TestCommands::backspace_goes_up()
@@ -330,6 +270,7 @@ void TestCommands::backspace_goes_up()
     QCOMPARE(activated.count(), 0);
     QCOMPARE(bench.first->current_dir().path(), bench.dir.at());
 
+    // Other keys go on to the view.
     bench.first->setCurrentItem(find_row(*bench.first, u"a.txt"_s));
     QTest::keyClick(bench.first, Qt::Key_Down);
     QCOMPARE(bench.first->currentItem(), find_row(*bench.first, u"b.TMP"_s));
@@ -342,7 +283,8 @@ void TestCommands::autoscroll_follows_changes()
     // Off, on and off again.
     for (const QString& followed : {u"sub"_s, u"c.tmp"_s, u"sub"_s}) {
         bench.first->setCurrentItem(find_row(*bench.first, u"sub"_s));
-        QVERIFY(bench.hash_directory());
+        bench.first->HashDir();
+        QVERIFY(bench.wait_idle());
         QCOMPARE(bench.first->currentItem(), find_row(*bench.first, followed));
         bench.first->act_autoscroll->trigger();
     }
@@ -414,65 +356,6 @@ void TestCommands::file_manager_shows_the_current_row()
     QTRY_COMPARE(recorded().size(), calls.size());
     qputenv("PATH", path);
     QCOMPARE(recorded(), calls);
-}
-
-void TestCommands::exclusions_apply_to_directory_jobs()
-{
-    Bench bench;
-    bench.first->set_exclus(u"tmp"_s);
-    bench.second->set_exclus(u"tmp"_s);
-    QVERIFY(bench.compare_all());
-    for (const MyTreeWidget* pane : {bench.first, bench.second}) {
-        QCOMPARE(hashed_rows(*pane), QStringList{u"a.txt"_s});
-        QCOMPARE(mark_at(*pane, u"a.txt"_s), u"green"_s);
-        QCOMPARE(mark_at(*pane, u"b.TMP"_s), QString());
-    }
-}
-
-void TestCommands::exclusions_apply_to_walked_directories()
-{
-    Bench bench;
-    bench.first->set_exclus(u"TMP"_s);
-    bench.second->set_exclus(u"TMP"_s);
-    bench.second->expandItem(find_row(*bench.second, u"sub"_s));
-    QTRY_VERIFY(find_row(*bench.second, u"sub/d.tmp"_s));
-    for (MyTreeWidget* pane : {bench.first, bench.second}) {
-        select_names(*pane, {u"sub"_s});
-        pane->HashThis();
-    }
-    QVERIFY(bench.wait_idle());
-    const QString digest = reference_digest("sub/e.txt");
-    QCOMPARE(checksum_at(*bench.first, u"sub/e.txt"_s), digest);
-    QVERIFY(!find_row(*bench.first, u"sub/d.tmp"_s));
-    QCOMPARE(checksum_at(*bench.second, u"sub/e.txt"_s), digest);
-    QCOMPARE(checksum_at(*bench.second, u"sub/d.tmp"_s), reference_digest("sub/d.tmp"));
-}
-
-void TestCommands::exclusions_spare_what_was_chosen()
-{
-    Bench bench;
-    bench.first->set_exclus(u"tmp"_s);
-    select_names(*bench.first, {u"a.txt"_s, u"b.TMP"_s});
-    bench.first->HashThis();
-    QVERIFY(bench.wait_idle());
-    QCOMPARE(hashed_rows(*bench.first), (QStringList{u"a.txt"_s, u"b.TMP"_s}));
-    QStringList one{QDir::toNativeSeparators(bench.dir.at(u"c.tmp"_s))};
-    bench.first->handle_args(one);
-    QVERIFY(bench.wait_idle());
-    QCOMPARE(hashed_rows(*bench.first), QStringList{u"c.tmp"_s});
-}
-
-void TestCommands::exclusions_apply_to_several_arguments()
-{
-    Bench bench;
-    bench.first->set_exclus(u"tmp"_s);
-    QStringList paths;
-    for (const QString& name : {u"b.TMP"_s, u"a.txt"_s, u"c.tmp"_s}) {
-        paths.append(QDir::toNativeSeparators(bench.dir.at(name)));
-    }
-    bench.first->handle_args(paths);
-    QVERIFY(bench.wait_idle());
-    QCOMPARE(hashed_rows(*bench.first), QStringList{u"a.txt"_s});
 }
 
 QTEST_MAIN(TestCommands)
