@@ -81,7 +81,6 @@ class TestAssociation : public QObject
     void init();
     void cleanup();
     void store_holds_what_was_associated();
-    void dissociating_empties_the_extensions();
     void dissociating_alone_makes_nothing_more();
     void verb_speaks_the_language_of_the_moment();
     void checksum_files_open_in_the_program();
@@ -92,7 +91,6 @@ class TestAssociation : public QObject
     void defaults_of_others_stay();
 
   private:
-    void install_other_application();
     QString list() const { return QString::fromUtf8(home->read(u"config/mimeapps.list"_s)); }
 
     std::unique_ptr<TestDir> home;
@@ -157,33 +155,25 @@ void TestAssociation::store_holds_what_was_associated()
 
     for (const char* time : {"first time", "second time"}) {
         shell_association::associate(program, verb);
-        for (auto [key, value] : expected.asKeyValueRange()) {
+        for (const auto& [key, value] : expected.asKeyValueRange()) {
             QVERIFY2(class_value(key) == value, qUtf8Printable(key + u' ' + QLatin1String(time)));
         }
     }
     for (qsizetype i = 0; i < parents.size(); ++i) {
         QVERIFY2(class_value(parents[i]) == before[i], qUtf8Printable(parents[i]));
     }
-}
 
-void TestAssociation::dissociating_empties_the_extensions()
-{
+    // Only the verbs of all files and directories go; the extensions are emptied.
     platform::set_default_value(u"HKEY_CLASSES_ROOT\\*\\shell\\Tavrel test"_s, u"other"_s);
-    shell_association::associate(program, verb);
     for (int i = 0; i < 2; ++i) {
         shell_association::dissociate();
-
-        QCOMPARE(class_value(u".md5"_s), QString());
-        QCOMPARE(class_value(u".sha1"_s), QString());
-        for (const QString& gone :
-             {u"*\\shell\\Tavrel"_s, u"*\\shell\\Tavrel\\command"_s, u"Directory\\shell\\Tavrel"_s,
-              u"Directory\\shell\\Tavrel\\command"_s}) {
-            QVERIFY2(!class_value(gone), qUtf8Printable(gone));
-        }
-        QCOMPARE(class_value(u"Tavrel"_s), u"Checksum hash file"_s);
-        for (const QString& kept : {u"Tavrel\\DefaultIcon"_s, u"Tavrel\\shell"_s,
-                                    u"Tavrel\\shell\\open"_s, u"Tavrel\\shell\\open\\command"_s}) {
-            QVERIFY2(class_value(kept), qUtf8Printable(kept));
+        for (const auto& [key, value] : expected.asKeyValueRange()) {
+            const bool goes = key.startsWith(u'*') || key.startsWith("Directory"_L1);
+            const bool emptied = key.startsWith(u'.');
+            QVERIFY2(class_value(key) == (goes      ? std::nullopt
+                                          : emptied ? std::optional(QString())
+                                                    : std::optional(value)),
+                     qUtf8Printable(key));
         }
     }
     QCOMPARE(class_value(u"*\\shell\\Tavrel test"_s), u"other"_s);
@@ -255,7 +245,6 @@ void TestAssociation::checksum_files_open_in_the_program()
 void TestAssociation::desktop_entry_quotes_any_path_data()
 {
     QTest::addColumn<QString>("folder");
-    QTest::newRow("plain") << u"tools"_s;
     QTest::newRow("blanks") << u"my tools"_s;
     QTest::newRow("accents") << u"été"_s;
     QTest::newRow("quotes") << u"a\"b'c`d"_s;
@@ -343,18 +332,13 @@ void TestAssociation::foreign_lines_survive()
     QCOMPARE(QFileInfo(home->at(u"config"_s) + u"/mimeapps.list"_s).isSymLink(), !before.isEmpty());
 }
 
-void TestAssociation::install_other_application()
+void TestAssociation::defaults_of_others_stay()
 {
+    REQUIRE_DESKTOP_TOOLS();
     home->createFile(u"system/applications/other.desktop"_s,
                      "[Desktop Entry]\nType=Application\nName=Other\nExec=/bin/true %F\n"
                      "MimeType=inode/directory;application/octet-stream;\n");
     output_of(u"update-desktop-database"_s, {home->at(u"system/applications"_s)});
-}
-
-void TestAssociation::defaults_of_others_stay()
-{
-    REQUIRE_DESKTOP_TOOLS();
-    install_other_application();
     const QStringList types = {u"inode/directory"_s, u"application/octet-stream"_s};
     for (const QString& type : types) {
         QCOMPARE(default_of(type), u"other.desktop"_s);
@@ -364,10 +348,7 @@ void TestAssociation::defaults_of_others_stay()
 
     for (const QString& type : types) {
         QCOMPARE(default_of(type), u"other.desktop"_s);
-        const QString handlers = handlers_of(type);
-        QVERIFY2(handlers.startsWith(u"Default application for “%1”: other.desktop"_s.arg(type)),
-                 qUtf8Printable(handlers));
-        QVERIFY(handlers.contains("tavrel.desktop"_L1));
+        QVERIFY(handlers_of(type).contains("tavrel.desktop"_L1));
     }
 }
 

@@ -20,31 +20,18 @@ namespace {
 
 const QByteArray content = "the content";
 
-QString md5()
-{
-    return reference_digest(content);
-}
-
-QString sha1()
-{
-    return reference_digest(content, QCryptographicHash::Sha1);
-}
+const QString md5 = reference_digest(content);
+const QString sha1 = reference_digest(content, QCryptographicHash::Sha1);
 
 /// What the user sees of the dialog.
 struct View
 {
     explicit View(const FenCheck& dialog)
-        : entry(dialog.findChild<QLineEdit*>()), progress(dialog.findChild<QProgressBar*>())
-    {
-        for (auto* label : dialog.findChildren<QLabel*>()) {
-            if (label->contextMenuPolicy() == Qt::ActionsContextMenu) {
-                result = label;
-            }
-        }
-        const auto buttons = dialog.findChildren<QPushButton*>();
-        check = buttons.at(0);
-        cancel = buttons.at(1);
-    }
+        : entry(dialog.findChild<QLineEdit*>()), progress(dialog.findChild<QProgressBar*>()),
+          result(dialog.findChildren<QLabel*>().at(1)),
+          check(dialog.findChildren<QPushButton*>().at(0)),
+          cancel(dialog.findChildren<QPushButton*>().at(1))
+    {}
 
     void enter(const QString& digest) const
     {
@@ -64,7 +51,7 @@ struct View
 
     QLineEdit* entry;
     QProgressBar* progress;
-    QLabel* result = nullptr;
+    QLabel* result;
     QPushButton* check;
     QPushButton* cancel;
 };
@@ -78,12 +65,9 @@ class VerifyFixture : public WindowFixture
         working_dir.createFile(u"files/small.txt"_s, content);
         working_dir.createDir(u"files/sub"_s);
         working_dir.createDir(u"empty"_s);
-        QFile huge(working_dir.createFile(u"files/huge.bin"_s));
-        // Holes only: it takes no room, and minutes to hash.
-        if (!huge.open(QIODevice::ReadWrite) || !huge.resize(qint64(64) << 30)) {
+        if (working_dir.createHuge(u"files/huge.bin"_s).isEmpty()) {
             qFatal("cannot make a huge file");
         }
-        huge.close();
         first->changeModel(working_dir.at(u"files"_s));
         second->changeModel(working_dir.at(u"empty"_s));
         window->show();
@@ -120,7 +104,7 @@ class VerifyFixture : public WindowFixture
     void abandon_hashing()
     {
         verify(u"huge.bin"_s, [](View& view) {
-            view.enter(md5());
+            view.enter(md5);
             QTRY_VERIFY(view.progress->isVisible());
             QTest::mouseClick(view.cancel, Qt::LeftButton);
         });
@@ -152,15 +136,12 @@ void TestVerify::verdicts_data()
     QTest::addColumn<bool>("upper");
     QTest::addColumn<QString>("seen");
 
-    const QString wrong = QString(md5()).replace(31, 1, md5().endsWith(u'0') ? u"1"_s : u"0"_s);
-    QTest::newRow("md5") << md5() << false << u"green:"_s + md5();
-    QTest::newRow("sha1") << sha1() << false << u"green:"_s + sha1();
-    QTest::newRow("capitals") << md5().toUpper() << false << u"green:"_s + md5();
-    QTest::newRow("upper-case option") << sha1() << true << u"green:"_s + sha1().toUpper();
-    QTest::newRow("blanks around") << u"  "_s + md5() + u' ' << false << u"green:"_s + md5();
-    QTest::newRow("last digit wrong") << wrong << false << u"red:"_s + md5();
-    QTest::newRow("md5 where sha1 is given")
-        << md5() + u"00000000"_s << false << u"red:"_s + sha1();
+    const QString wrong = QString(md5).replace(31, 1, md5.endsWith(u'0') ? u"1"_s : u"0"_s);
+    QTest::newRow("md5") << md5 << false << u"green:"_s + md5;
+    QTest::newRow("sha1") << sha1 << false << u"green:"_s + sha1;
+    QTest::newRow("upper-case option") << sha1 << true << u"green:"_s + sha1.toUpper();
+    QTest::newRow("last digit wrong") << wrong << false << u"red:"_s + md5;
+    QTest::newRow("md5 where sha1 is given") << md5 + u"00000000"_s << false << u"red:"_s + sha1;
 }
 
 void TestVerify::verdicts()
@@ -185,35 +166,29 @@ void TestVerify::unreadable_file()
     }
     fixture.first->Reset();
     const QString path = find_row(*fixture.first, u"secret"_s)->text(ColPath);
-    bool progress_shown = false;
-    const auto connection =
-        connect(fixture.first, &MyTreeWidget::prog_bar, this, [&] { progress_shown = true; });
-    QCOMPARE(fixture.verdict_for(u"secret"_s, md5()),
+    const QSignalSpy progress(fixture.first, &MyTreeWidget::prog_bar);
+    QCOMPARE(fixture.verdict_for(u"secret"_s, md5),
              u"red:Impossible d'ouvrir le fichier "_s + path);
-    disconnect(connection);
-    QVERIFY(!progress_shown);
+    QVERIFY(progress.isEmpty());
 }
 
 void TestVerify::algorithm_is_carried_over()
 {
     VerifyFixture fixture;
     MyTreeWidget& pane = *fixture.first;
-    QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1()), u"green:"_s + sha1());
+    QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1), u"green:"_s + sha1);
     QCOMPARE(pane.headerItem()->text(ColHash), u"MD5"_s);
     QCOMPARE(fixture.second->algorithm(), QCryptographicHash::Md5);
 
-    pane.Reset();
-    select_names(pane, {u"small.txt"_s});
-    pane.HashThis();
-    QVERIFY(fixture.wait_idle());
-    QCOMPARE(checksum_at(pane, u"small.txt"_s), sha1());
-
-    fixture.radio(u"SHA1"_s)->setChecked(true);
-    fixture.radio(u"MD5"_s)->setChecked(true);
-    select_names(pane, {u"small.txt"_s});
-    pane.HashThis();
-    QVERIFY(fixture.wait_idle());
-    QCOMPARE(checksum_at(pane, u"small.txt"_s), md5());
+    for (const QString& digest : {sha1, md5}) {
+        pane.Reset();
+        select_names(pane, {u"small.txt"_s});
+        pane.HashThis();
+        QVERIFY(fixture.wait_idle());
+        QCOMPARE(checksum_at(pane, u"small.txt"_s), digest);
+        fixture.radio(u"SHA1"_s)->setChecked(true);
+        fixture.radio(u"MD5"_s)->setChecked(true);
+    }
 }
 
 void TestVerify::controls_follow_the_hashing()
@@ -222,7 +197,7 @@ void TestVerify::controls_follow_the_hashing()
     const QAction* compare = fixture.action(u"Comparer"_s);
     fixture.verify(u"huge.bin"_s, [&](View& view) {
         QVERIFY(compare->isEnabled());
-        view.enter(md5());
+        view.enter(md5);
         QTRY_VERIFY(!compare->isEnabled());
         QVERIFY(!fixture.radio(u"SHA1"_s)->isEnabled());
         QVERIFY(!view.check->isEnabled() && !view.entry->isEnabled());
@@ -233,12 +208,11 @@ void TestVerify::controls_follow_the_hashing()
     VerifyFixture quick;
     QSignalSpy changes(quick.action(u"Comparer Tout"_s), &QAction::enabledChanged);
     quick.verify(u"small.txt"_s, [&](View& view) {
-        view.enter(md5());
+        view.enter(md5);
         QTRY_COMPARE(view.verdict(), u"green"_s);
         QCOMPARE(changes, QList<QVariantList>({{false}, {true}}));
         QVERIFY(view.progress->isHidden());
         QVERIFY(!view.entry->isEnabled());
-        QCOMPARE(view.check->text(), u"Ok"_s);
         QTest::mouseClick(view.check, Qt::LeftButton);
         QVERIFY(view.check->window()->isHidden());
     });
@@ -278,18 +252,18 @@ void TestVerify::closing_while_hashing()
 void TestVerify::stop_flag_outlives_the_dialog()
 {
     VerifyFixture fixture;
-    QCOMPARE(fixture.verdict_for(u"small.txt"_s, md5()), u"green:"_s + md5());
+    QCOMPARE(fixture.verdict_for(u"small.txt"_s, md5), u"green:"_s + md5);
     fixture.abandon_hashing();
 
     // Nothing is hashed before the next comparison has taken note: the rows' old texts are shown.
-    QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1()), u"red:"_s + md5());
-    QCOMPARE(fixture.verdict_for(u"huge.bin"_s, md5()), u"red:"_s);
+    QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1), u"red:"_s + md5);
+    QCOMPARE(fixture.verdict_for(u"huge.bin"_s, md5), u"red:"_s);
     QVERIFY(fixture.first->stop_flagged());
 
     fixture.action(u"Comparer Tout"_s)->trigger();
     QVERIFY(fixture.wait_idle());
     QVERIFY(!fixture.first->stop_flagged());
-    QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1()), u"green:"_s + sha1());
+    QCOMPARE(fixture.verdict_for(u"small.txt"_s, sha1), u"green:"_s + sha1);
 }
 
 void TestVerify::running_job_blocks_the_check()
@@ -301,7 +275,7 @@ void TestVerify::running_job_blocks_the_check()
     QTRY_VERIFY(pane.status_label->text().startsWith("En cours : "_L1));
     QSignalSpy sent(&pane, &MyTreeWidget::checksum_hash_done_send);
     QVERIFY(fixture.verify(u"small.txt"_s, [&](View& view) {
-        view.enter(sha1());
+        view.enter(sha1);
         QCoreApplication::processEvents();
         QVERIFY(pane.job_running());
         QVERIFY(!view.check->isEnabled() && !view.entry->isEnabled() && view.cancel->isEnabled());
@@ -317,11 +291,9 @@ void TestVerify::running_job_blocks_the_check()
 void TestVerify::rows_without_file_open_nothing()
 {
     VerifyFixture fixture;
-    bool opened = false;
     for (const QString& name : {u"sub"_s, u".."_s, QString()}) {
-        opened = fixture.verify(name, [](View&) {}) || opened;
+        QVERIFY2(!fixture.verify(name, [](View&) {}), qPrintable(name));
     }
-    QVERIFY(!opened);
     QVERIFY(fixture.verify(u"small.txt"_s, [](View&) {}));
 }
 
