@@ -131,7 +131,6 @@ class TestLanguage : public QObject
 
   private slots:
     void switching();
-    void about_box_data();
     void about_box();
     void whole_interface_data();
     void whole_interface();
@@ -162,37 +161,27 @@ void TestLanguage::switching()
     QCOMPARE(saved_language(), u"en"_s);
 }
 
-void TestLanguage::about_box_data()
-{
-    QTest::addColumn<bool>("english");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("text");
-    const QString text = u"<strong>Tavrel v1.42</strong><br />Copyright 2026 Brennick<br /><hr />"
-                         "%1<br /><a href=\"%2\">%2</a>"_s;
-    QTest::newRow("fr") << false << u"A Propos de Tavrel"_s
-                        << text.arg(u"Pour plus d'information :"_s, u"https://tavrel.example/"_s);
-    QTest::newRow("en") << true << u"About Tavrel"_s
-                        << text.arg(u"For more information:"_s, u"https://tavrel.example/home"_s);
-}
-
 void TestLanguage::about_box()
 {
-    QFETCH(bool, english);
-    QFETCH(QString, title);
-    QFETCH(QString, text);
-
-    LanguageFixture fixture(english);
+    const QString text = u"<strong>Tavrel v1.42</strong><br />Copyright 2026 Brennick<br /><hr />"
+                         "%1<br /><a href=\"%2\">%2</a>"_s;
     const QImage logo = QPixmap(u":/res/logo.png"_s).toImage();
-    const ModalDriver<QMessageBox> driver([&](QMessageBox& box) {
-        QCOMPARE(box.windowTitle(), title);
-        QCOMPARE(box.text(), text);
-        QCOMPARE(box.standardButtons(), QMessageBox::Ok);
-        QVERIFY(!box.parent());
-        QCOMPARE(box.iconPixmap().toImage(), logo);
-        QCOMPARE(box.windowIcon().availableSizes(), QList<QSize>{logo.size()});
-    });
-    fixture.action(english ? u"About..."_s : u"A Propos..."_s)->trigger();
-    QVERIFY(driver.met());
+    for (const bool english : {false, true}) {
+        LanguageFixture fixture(english);
+        const ModalDriver<QMessageBox> driver([&](QMessageBox& box) {
+            QCOMPARE(box.windowTitle(), english ? u"About Tavrel"_s : u"A Propos de Tavrel"_s);
+            QCOMPARE(box.text(),
+                     english
+                         ? text.arg(u"For more information:"_s, u"https://tavrel.example/home"_s)
+                         : text.arg(u"Pour plus d'information :"_s, u"https://tavrel.example/"_s));
+            QCOMPARE(box.standardButtons(), QMessageBox::Ok);
+            QVERIFY(!box.parent());
+            QCOMPARE(box.iconPixmap().toImage(), logo);
+            QCOMPARE(box.windowIcon().availableSizes(), QList<QSize>{logo.size()});
+        });
+        fixture.action(english ? u"About..."_s : u"A Propos..."_s)->trigger();
+        QVERIFY(driver.met());
+    }
 }
 
 void TestLanguage::whole_interface_data()
@@ -248,8 +237,7 @@ void TestLanguage::whole_interface()
         dir.createFile(u"one/sum.md5"_s, listing);
         pane.Reset();
         const ModalDriver<QMessageBox> verdict([&](QMessageBox& box) { look_at(box); });
-        QTreeWidgetItem* row = find_row(pane, u"sum.md5"_s);
-        emit pane.itemActivated(row, 0);
+        activate(pane, u"sum.md5"_s);
         QTRY_VERIFY(verdict.met());
         QVERIFY(fixture.wait_idle());
     }
