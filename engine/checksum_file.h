@@ -44,7 +44,8 @@ enum class Replace : bool {
 
 /// Writes a checksum file whole or not at all: the text goes into a file beside it, which takes its
 /// name only once everything is on its way to the medium. False when the file cannot be created or
-/// written to its end; nothing is left behind then and an older file stands as it was.
+/// written to its end; nothing is left behind then and an older file stands as it was. Only where
+/// the directory takes no new file is an older one, to be replaced, written over in place.
 bool write_checksum_file(const QString& path, const QString& text, Replace replace);
 
 } // namespace engine
