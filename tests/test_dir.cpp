@@ -3,6 +3,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -59,6 +60,12 @@ QString TestDir::entries(const QString& name) const
 QStringList words(const QString& text)
 {
     return text.split(u", "_s, Qt::SkipEmptyParts);
+}
+
+QString volume_root(const QString& path)
+{
+    const QString root = QStorageInfo(path).rootPath();
+    return root.isEmpty() ? QDir::rootPath() : root;
 }
 
 bool permissions_hold()

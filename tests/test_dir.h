@@ -48,6 +48,9 @@ class TestDir : public QTemporaryDir
 /// The texts that ", " parts: the short way to write a list of names.
 QStringList words(const QString& text);
 
+/// Where the volume of a path is mounted. In a changed root the system names no mount point for it.
+QString volume_root(const QString& path);
+
 /// Whether file permissions hold for this user. To root every file is readable.
 bool permissions_hold();
 

@@ -11,7 +11,6 @@
 #include <QScreen>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QStorageInfo>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -191,7 +190,7 @@ void TestSettings::directories()
     write_values(file_name,
                  {{u"App/tree1"_s, path}, {u"App/tree2"_s, path}, {u"App/rem_dir"_s, rem_dir}});
     fixture.rebuild();
-    const QString expected = opened ? path : QStorageInfo(dir.path()).rootPath();
+    const QString expected = opened ? path : volume_root(dir.path());
     for (const MyTreeWidget* pane : {fixture.first, fixture.second}) {
         QCOMPARE(pane->current_dir().path(), expected);
     }
