@@ -95,6 +95,7 @@ class TestDrops : public QObject
     void data_without_urls();
     void during_a_job();
     void during_a_listing();
+    void directory_overtaken_by_a_path();
     void replaced_while_the_other_pane_lists();
     void arguments_data();
     void arguments();
@@ -309,6 +310,29 @@ void TestDrops::during_a_listing()
         QVERIFY(pane.topLevelItemCount() <= 4); // nothing of the listing that was overtaken
         QCOMPARE(hashed_in(pane), row.second);
     }
+}
+
+// What the path shows was not dropped, and is not hashed.
+void TestDrops::directory_overtaken_by_a_path()
+{
+    DropFixture fixture;
+    MyTreeWidget& pane = *fixture.first;
+    QVERIFY(fixture.drop(pane, u"right/a.txt, right/b.txt"_s));
+    QVERIFY(fixture.wait_idle());
+    bool listing = true;
+    bool overtaken = false;
+    QTimer::singleShot(0, &pane, [&] {
+        overtaken = listing;
+        pane.changeModel(fixture.at(u"left"_s));
+    });
+    QVERIFY(drop_urls(pane, {QUrl::fromLocalFile(many_files())}));
+    listing = false;
+    QVERIFY(fixture.wait_idle());
+    if (!overtaken) {
+        QSKIP("many files are listed at once here");
+    }
+    QCOMPARE(pane.current_dir().path(), fixture.at(u"left"_s));
+    QCOMPARE(hashed_in(pane), QString());
 }
 
 // The rows of the first drop die while the other pane is read again for their namesakes.

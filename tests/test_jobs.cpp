@@ -195,6 +195,7 @@ void TestJobs::walked_rows()
 {
     dir_->createFiles({u"sub/deep/a.txt"_s, u"sub/skip.tmp"_s, u"sub/b.txt"_s});
     dir_->createDir(u"sub/void"_s);
+    QFile::link(dir_->at(u"sub/b.txt"_s), dir_->filePath(u"sub/link.tmp"_s));
     const LonePane pane(dir_->path());
     pane.tree->set_exclus(u"tmp"_s);
     QVERIFY(pane.hash({u"sub"_s}));
