@@ -1,7 +1,7 @@
 #include "app/mainfen.h"
 #include "app/nofocusproxystyle.h"
-#include "app/product.h"
 #include "app/settings_file.h"
+#include "engine/product.h"
 #include "platform/process_end.h"
 #include "platform/volumes.h"
 
@@ -30,19 +30,10 @@ int main(int argc, char* argv[])
     QApplication::setStyle(new NoFocusProxyStyle);
     QApplication::setWindowIcon(QIcon(u":/res/logo.png"_s));
     QGuiApplication::setDesktopFileName(u"tavrel"_s);
-    // The window may be listing a slow drive before it is even shown: exec() would forget that the
-    // system asked for the end meanwhile.
-    bool end_requested = false;
-    platform::quit_on_system_request([&] {
-        end_requested = true;
-        QCoreApplication::exit();
-    });
+    platform::quit_on_system_request([] { QCoreApplication::exit(); });
 
     MainFen window;
     window.translator = &translator;
-    if (end_requested) {
-        return 0;
-    }
     window.show();
     return QApplication::exec();
 }

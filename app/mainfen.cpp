@@ -1,12 +1,18 @@
 #include "app/mainfen.h"
 
+#include "app/message_keeper.h"
 #include "dialogs/fenopt.h"
 #include "tree/mytreewidget.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -32,13 +38,13 @@ QStringList path_arguments()
 MainFen::MainFen()
 {
     QStringList arguments = path_arguments();
-    // readSettings() opens their directories.
-    tree1 = new MyTreeWidget(this, MyTreeWidget::FirstListing::OnRequest);
-    tree2 = new MyTreeWidget(this, MyTreeWidget::FirstListing::OnRequest);
+    tree1 = new MyTreeWidget(this);
+    tree2 = new MyTreeWidget(this);
     createActions();
     createMenus();
     createToolBars();
     statusBar()->show();
+    message_keeper = new MessageKeeper(*this);
     createLayout();
     readSettings();
     setWindowTitle(u"Tavrel"_s);
@@ -255,8 +261,8 @@ void MainFen::setSHA1()
 
 void MainFen::reinitialiser()
 {
-    tree1->Reset();
-    tree2->Reset();
+    tree1->list_anew();
+    tree2->list_anew();
 }
 
 void MainFen::setSplitOrientHoriz()

@@ -1,7 +1,7 @@
 // The switch between French and English, and the About box.
 
 #include "app/mainfen.h"
-#include "app/product.h"
+#include "engine/product.h"
 #include "platform/process_end.h"
 
 #include <QCoreApplication>

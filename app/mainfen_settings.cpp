@@ -4,6 +4,7 @@
 #include "app/screen_fit.h"
 #include "app/settings_file.h"
 #include "platform/volumes.h"
+#include "tree/directory_navigator.h"
 #include "tree/mytreewidget.h"
 
 #include <QCoreApplication>
@@ -87,8 +88,8 @@ void MainFen::readSettings()
         path1 = platform::root_of_path(path1);
         path2 = platform::root_of_path(path2);
     }
-    tree1->changeModel(path1);
-    tree2->changeModel(path2);
+    tree1->open_directory(path1);
+    tree2->open_directory(path2);
 }
 
 void MainFen::writeSettings()
@@ -106,9 +107,9 @@ void MainFen::writeSettings()
     settings.setValue(u"alg"_s, radio_md5->isChecked() ? u"MD5"_s : u"SHA1"_s);
     // Started on a path, the program keeps the directory that the person had before.
     if (QCoreApplication::arguments().size() <= 1) {
-        settings.setValue(u"tree1"_s, tree1->current_dir().canonicalPath());
+        settings.setValue(u"tree1"_s, tree1->navigator().canonical_path());
     }
-    settings.setValue(u"tree2"_s, tree2->current_dir().canonicalPath());
+    settings.setValue(u"tree2"_s, tree2->navigator().canonical_path());
     settings.setValue(u"ccname"_s, tree1->ccname);
     settings.setValue(u"ccsize"_s, tree1->ccsize);
     settings.setValue(u"ccpath"_s, tree1->ccpath);

@@ -1,6 +1,6 @@
 #include "app/settings_file.h"
 
-#include "app/product.h"
+#include "engine/product.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,6 +1,6 @@
 #include "dialogs/fenres.h"
 
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

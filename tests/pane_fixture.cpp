@@ -1,6 +1,6 @@
 #include "tests/pane_fixture.h"
 
-#include "app/product.h"
+#include "engine/product.h"
 
 #include <QDir>
 #include <QDragEnterEvent>
@@ -45,6 +45,7 @@ void WindowFixture::rebuild()
     window = std::make_unique<MainFen>();
     first = window->first_pane();
     second = window->second_pane();
+    wait_idle();
 }
 
 QAction* WindowFixture::action(const QString& text) const
@@ -71,8 +72,14 @@ QRadioButton* WindowFixture::radio(const QString& text) const
 
 bool WindowFixture::wait_idle(const MyTreeWidget& a, const MyTreeWidget& b)
 {
-    const bool idle = QTest::qWaitFor([&] { return !a.job_running() && !b.job_running(); }, 60000);
-    QCoreApplication::processEvents();
+    const auto busy = [](const MyTreeWidget& pane) {
+        return pane.job_running() || pane.is_listing();
+    };
+    bool idle = true;
+    for (int i = 0; i < 3; ++i) {
+        idle = QTest::qWaitFor([&] { return !busy(a) && !busy(b); }, 60000);
+        QCoreApplication::processEvents();
+    }
     return idle;
 }
 

@@ -2,12 +2,18 @@
 
 #include "app/mainfen.h"
 #include "engine/pairing.h"
+#include "rows/pane_row.h"
 #include "tests/test_dir.h"
 #include "tree/mytreewidget.h"
-#include "tree/pane_row.h"
 
+#include <QComboBox>
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMetaMethod>
 #include <QMimeData>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QTreeWidgetItem>
 #include <QUrl>
 

@@ -1,6 +1,6 @@
 // The English catalogue and the images, as they are compiled into the program.
 
-#include "app/product.h"
+#include "engine/product.h"
 #include "tests/catalogue_source.h"
 #include "tests/test_dir.h"
 

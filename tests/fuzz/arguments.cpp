@@ -9,8 +9,11 @@
 #include "tree/mytreewidget.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDeadlineTimer>
 #include <QDir>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;

@@ -1,14 +1,17 @@
 #include "tests/stress/judge.h"
 
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
 
 #include <QAction>
+#include <QComboBox>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QSet>
 #include <QStatusBar>

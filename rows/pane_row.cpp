@@ -1,9 +1,11 @@
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
 
-#include "tree/size_text.h"
+#include "rows/size_text.h"
 
 #include <QBrush>
 #include <QTreeWidget>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 using engine::Mark;
@@ -102,6 +104,11 @@ QVariant PaneRow::data(int column, int role) const
 
 void PaneRow::setData(int column, int role, const QVariant& value)
 {
+    if (role == Qt::DecorationRole && column == ColName) {
+        icon_ = value.value<QIcon>();
+        emitDataChanged();
+        return;
+    }
     QString* text = role == Qt::DisplayRole || role == Qt::EditRole ? text_of(column) : nullptr;
     if (!text) {
         QTreeWidgetItem::setData(column, role, value);
@@ -126,4 +133,39 @@ void PaneRow::clear_checksum()
 bool is_way_up(const QTreeWidgetItem* row)
 {
     return row && name_of(*row) == ".."_L1;
+}
+
+QList<QTreeWidgetItem*> content_rows(const QTreeWidget& tree)
+{
+    QList<QTreeWidgetItem*> rows;
+    rows.reserve(tree.topLevelItemCount());
+    for (int i = is_way_up(tree.topLevelItem(0)) ? 1 : 0; i < tree.topLevelItemCount(); ++i) {
+        rows.append(tree.topLevelItem(i));
+    }
+    return rows;
+}
+
+QTreeWidgetItem* find_content_row(const QTreeWidget& tree, const QString& name)
+{
+    const QList<QTreeWidgetItem*> rows = content_rows(tree);
+    const auto named = [&](const QTreeWidgetItem* row) { return name_of(*row) == name; };
+    const auto found = std::find_if(rows.begin(), rows.end(), named);
+    return found == rows.end() ? nullptr : *found;
+}
+
+QString place_of_link(const QTreeWidgetItem& row, const QString& directory)
+{
+    const QString above = row.parent() ? path_of(*row.parent()) : directory;
+    const QString path = path_of(row);
+    const QString name = name_of(row);
+    const qsizetype slash = above.endsWith(u'/') ? 0 : 1;
+    const bool plain = above.isEmpty() || (path.size() == above.size() + slash + name.size() &&
+                                           path.startsWith(above) && path.endsWith(name));
+    return plain ? QString() : (slash ? above + u'/' : above) + name;
+}
+
+QString place_of(const QTreeWidgetItem& row, const QString& directory)
+{
+    const QString link = place_of_link(row, directory);
+    return link.isEmpty() ? path_of(row) : link;
 }

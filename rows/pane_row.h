@@ -50,9 +50,15 @@ class PaneRow final : public QTreeWidgetItem
 
     void set_icon(const QIcon& icon) { icon_ = icon; }
 
+    /// The texts, without a detour by data().
+    const QString& name() const { return name_; }
+    const QString& path() const { return path_; }
+    const QString& checksum() const { return hash_; }
+
     /// Paints the mark on all columns but the path, with a text colour that can be read on it
     /// under any palette. The caller repaints the view: marks come by the thousand.
     void set_mark(engine::Mark mark) { mark_ = mark; }
+    engine::Mark mark() const { return mark_; }
 
     /// Empties the checksum and whitens the row; the caller repaints the view.
     void clear_checksum();
@@ -86,3 +92,17 @@ inline QString checksum_of(const QTreeWidgetItem& row)
 
 /// Whether this is the row that leads to the parent directory.
 bool is_way_up(const QTreeWidgetItem* row);
+
+/// The top-level rows of a pane, less the way up.
+QList<QTreeWidgetItem*> content_rows(const QTreeWidget& tree);
+
+/// The first of the content rows that has this name; null when there is none.
+QTreeWidgetItem* find_content_row(const QTreeWidget& tree, const QString& name);
+
+/// A row's file under the name that it has in its directory: that of the row above or, of a
+/// top-level row, `directory`. Only for links is this another path than the row's own. An empty
+/// `directory` says that top-level rows lie where their paths say.
+QString place_of(const QTreeWidgetItem& row, const QString& directory);
+
+/// The same, but empty where it is the row's own path.
+QString place_of_link(const QTreeWidgetItem& row, const QString& directory);

@@ -1,6 +1,6 @@
-#include "tree/size_text.h"
+#include "rows/size_text.h"
 
-#include "tree/mytreewidget.h"
+#include <QCoreApplication>
 
 #include <QtMath>
 
@@ -21,16 +21,16 @@ QString count_of(qint64 bytes, qint64 unit)
 QString format_size(qint64 bytes)
 {
     if (bytes < 1000) {
-        return u'1' + MyTreeWidget::tr(" Ko");
+        return u'1' + QCoreApplication::translate("MyTreeWidget", " Ko");
     }
     if (bytes < 1000 * kilo) {
-        return count_of(bytes, kilo) + MyTreeWidget::tr(" Ko");
+        return count_of(bytes, kilo) + QCoreApplication::translate("MyTreeWidget", " Ko");
     }
     if (bytes < 1000 * mega) {
-        return count_of(bytes, mega) + MyTreeWidget::tr(" Mo");
+        return count_of(bytes, mega) + QCoreApplication::translate("MyTreeWidget", " Mo");
     }
     if (bytes < 1000 * giga) {
-        return count_of(bytes, giga) + MyTreeWidget::tr(" Go");
+        return count_of(bytes, giga) + QCoreApplication::translate("MyTreeWidget", " Go");
     }
-    return MyTreeWidget::tr("Trop Gros");
+    return QCoreApplication::translate("MyTreeWidget", "Trop Gros");
 }

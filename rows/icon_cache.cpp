@@ -1,4 +1,4 @@
-#include "tree/icon_cache.h"
+#include "rows/icon_cache.h"
 
 #include "platform/icon_key.h"
 

@@ -1,4 +1,4 @@
-#include "tree/selection.h"
+#include "rows/selection.h"
 
 #include <QItemSelectionModel>
 #include <QSet>
@@ -47,4 +47,14 @@ void select_rows(QTreeWidget& tree, const QList<QTreeWidgetItem*>& rows)
     close_range();
     tree.selectionModel()->select(selection,
                                   QItemSelectionModel::Select | QItemSelectionModel::Rows);
+}
+
+void deselect_top_level_rows(QTreeWidget& tree)
+{
+    if (tree.topLevelItemCount() == 0) {
+        return;
+    }
+    const QItemSelection all(tree.indexFromItem(tree.topLevelItem(0)),
+                             tree.indexFromItem(tree.topLevelItem(tree.topLevelItemCount() - 1)));
+    tree.selectionModel()->select(all, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
 }
