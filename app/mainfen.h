@@ -67,6 +67,7 @@ class MainFen : public QMainWindow
 
   private:
     void createActions();
+    void connect_actions();
     void createMenus();
     void createToolBars();
     void createLayout();
