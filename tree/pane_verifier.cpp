@@ -4,7 +4,7 @@
 #include "platform/sequential_file.h"
 #include "tree/mytreewidget.h"
 #include "tree/pane_row.h"
-#include "tree/report_box.h"
+#include "dialogs/report_box.h"
 #include "tree/selection.h"
 
 #include <QMessageBox>
