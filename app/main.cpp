@@ -1,5 +1,6 @@
 #include "app/mainfen.h"
 #include "app/nofocusproxystyle.h"
+#include "app/setting_keys.h"
 #include "app/settings_file.h"
 #include "engine/product.h"
 #include "platform/process_end.h"
@@ -21,7 +22,7 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QString::fromLatin1(product::application));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(product::version));
     QCoreApplication::setOrganizationDomain(QString::fromLatin1(product::organization_domain));
-    if (settings.value(u"MainWindow/lang"_s).toString() == "en"_L1) {
+    if (settings.value(setting::language).toString() == "en"_L1) {
         // Without the catalogue the texts stay French.
         [[maybe_unused]] const bool loaded =
             translator.load(QString::fromLatin1(product::english_catalogue));

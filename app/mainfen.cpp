@@ -48,7 +48,6 @@ MainFen::MainFen()
     createLayout();
     readSettings();
     setWindowTitle(u"Tavrel"_s);
-    results_shown = false;
     dispatch_arguments(arguments);
 }
 
@@ -64,57 +63,63 @@ void MainFen::dispatch_arguments(QStringList& arguments)
 
 void MainFen::createActions()
 {
-    const QIcon close_icon(u":/res/close.png"_s);
+    struct Row
+    {
+        QAction* MainFen::*action;
+        const char* text;
+        const char* icon;
+        QKeySequence shortcut;
+        const char* status_tip;
+    };
+    const Row rows[] = {
+        {&MainFen::act_quit, QT_TR_NOOP("Quitter"), "close", QKeySequence(u"Ctrl+Q"_s), nullptr},
+        {&MainFen::act_compare, QT_TR_NOOP("Comparer"), nullptr, QKeySequence(u"Ctrl+F"_s),
+         QT_TR_NOOP("Compare les éléments sélectionnés.")},
+        {&MainFen::act_compare_all, QT_TR_NOOP("Comparer Tout"), nullptr,
+         QKeySequence(u"Ctrl+Shift+F"_s), QT_TR_NOOP("Compare tous les éléments.")},
+        {&MainFen::act_about, QT_TR_NOOP("A Propos..."), nullptr, {}, nullptr},
+        {&MainFen::act_copy, QT_TR_NOOP("Copier le resultat"), nullptr, QKeySequence::Copy,
+         QT_TR_NOOP("Copie le résultat dans le Presse Papier")},
+        {&MainFen::act_copy_all, QT_TR_NOOP("Copier tous les résultats"), nullptr,
+         QKeySequence(u"Ctrl+Shift+C"_s),
+         QT_TR_NOOP("Copie tous les résultat dans le Presse Papier")},
+        {&MainFen::act_options, QT_TR_NOOP("Options..."), nullptr, {}, nullptr},
+        {&MainFen::act_stop, QT_TR_NOOP("Stop"), "close", {}, nullptr},
+        {&MainFen::act_reset, QT_TR_NOOP("Réinitialiser"), "reset", QKeySequence::Refresh,
+         QT_TR_NOOP("Réinitialiser les vues.")},
+        {&MainFen::act_horiz, QT_TR_NOOP("Vues Horizontales."), "horizontal", QKeySequence(u"F2"_s),
+         QT_TR_NOOP("Vues Horizontales.")},
+        {&MainFen::act_verti, QT_TR_NOOP("Vues Verticales."), "vertical", QKeySequence(u"F3"_s),
+         QT_TR_NOOP("Vues Verticales.")},
+    };
+    for (const Row& row : rows) {
+        auto* action = new QAction(tr(row.text), this);
+        if (row.icon) {
+            action->setIcon(QIcon(u":/res/%1.png"_s.arg(QLatin1StringView(row.icon))));
+        }
+        action->setShortcut(row.shortcut);
+        if (row.status_tip) {
+            action->setStatusTip(tr(row.status_tip));
+        }
+        this->*row.action = action;
+    }
+    connect_actions();
+}
 
-    act_quit = new QAction(close_icon, tr("Quitter"), this);
-    act_quit->setShortcut(u"Ctrl+Q"_s);
+void MainFen::connect_actions()
+{
     connect(act_quit, &QAction::triggered, qApp, &QCoreApplication::quit);
-
-    act_compare = new QAction(tr("Comparer"), this);
-    act_compare->setShortcut(u"Ctrl+F"_s);
-    act_compare->setStatusTip(tr("Compare les éléments sélectionnés."));
     connect_start(act_compare);
-
-    act_compare_all = new QAction(tr("Comparer Tout"), this);
-    act_compare_all->setShortcut(u"Ctrl+Shift+F"_s);
-    act_compare_all->setStatusTip(tr("Compare tous les éléments."));
     connect_start(act_compare_all);
-
-    act_about = new QAction(tr("A Propos..."), this);
     connect(act_about, &QAction::triggered, this, &MainFen::Apropos);
-
-    act_copy = new QAction(tr("Copier le resultat"), this);
-    act_copy->setShortcut(QKeySequence::Copy);
-    act_copy->setStatusTip(tr("Copie le résultat dans le Presse Papier"));
-    connect(act_copy, &QAction::triggered, tree1, &MyTreeWidget::cc);
-    connect(act_copy, &QAction::triggered, tree2, &MyTreeWidget::cc);
-
-    act_copy_all = new QAction(tr("Copier tous les résultats"), this);
-    act_copy_all->setShortcut(u"Ctrl+Shift+C"_s);
-    act_copy_all->setStatusTip(tr("Copie tous les résultat dans le Presse Papier"));
-    connect(act_copy_all, &QAction::triggered, tree1, &MyTreeWidget::ccAll);
-    connect(act_copy_all, &QAction::triggered, tree2, &MyTreeWidget::ccAll);
-
-    act_options = new QAction(tr("Options..."), this);
+    for (const MyTreeWidget* pane : {tree1, tree2}) {
+        connect(act_copy, &QAction::triggered, pane, &MyTreeWidget::cc);
+        connect(act_copy_all, &QAction::triggered, pane, &MyTreeWidget::ccAll);
+        connect(act_stop, &QAction::triggered, pane->stop_button, &QPushButton::click);
+    }
     connect(act_options, &QAction::triggered, this, &MainFen::createOptions);
-
-    act_stop = new QAction(close_icon, tr("Stop"), this);
-    connect(act_stop, &QAction::triggered, tree1->stop_button, &QPushButton::click);
-    connect(act_stop, &QAction::triggered, tree2->stop_button, &QPushButton::click);
-
-    act_reset = new QAction(QIcon(u":/res/reset.png"_s), tr("Réinitialiser"), this);
-    act_reset->setShortcut(QKeySequence::Refresh);
-    act_reset->setStatusTip(tr("Réinitialiser les vues."));
     connect(act_reset, &QAction::triggered, this, &MainFen::reinitialiser);
-
-    act_horiz = new QAction(QIcon(u":/res/horizontal.png"_s), tr("Vues Horizontales."), this);
-    act_horiz->setShortcut(u"F2"_s);
-    act_horiz->setStatusTip(tr("Vues Horizontales."));
     connect(act_horiz, &QAction::triggered, this, &MainFen::setSplitOrientHoriz);
-
-    act_verti = new QAction(QIcon(u":/res/vertical.png"_s), tr("Vues Verticales."), this);
-    act_verti->setShortcut(u"F3"_s);
-    act_verti->setStatusTip(tr("Vues Verticales."));
     connect(act_verti, &QAction::triggered, this, &MainFen::setSplitOrientVerti);
 }
 

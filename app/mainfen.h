@@ -73,6 +73,7 @@ class MainFen : public QMainWindow, public PaneHost
 
   private:
     void createActions();
+    void connect_actions();
     void createMenus();
     void createToolBars();
     void createLayout();

@@ -59,9 +59,9 @@ class FenCheck : public QDialog
     void create_widgets(const QString& path);
     void make_connections();
 
-    QPushButton* check_button;
-    QPushButton* cancel_button;
-    QLineEdit* line_edit;
-    QLabel* result_label;
-    QProgressBar* progress_bar;
+    QPushButton* check_button = nullptr;
+    QPushButton* cancel_button = nullptr;
+    QLineEdit* line_edit = nullptr;
+    QLabel* result_label = nullptr;
+    QProgressBar* progress_bar = nullptr;
 };

@@ -1,5 +1,6 @@
 #include "tree/checksum_file_verifier.h"
 
+#include "dialogs/report_box.h"
 #include "engine/checksum_file.h"
 #include "platform/sequential_file.h"
 #include "rows/pane_row.h"
@@ -10,7 +11,6 @@
 #include "tree/hash_job_controller.h"
 #include "tree/mytreewidget.h"
 #include "tree/pane_host.h"
-#include "tree/report_box.h"
 
 #include <QMessageBox>
 #include <QRegularExpression>

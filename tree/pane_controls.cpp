@@ -1,10 +1,10 @@
 #include "tree/pane_controls.h"
 
+#include "dialogs/elided_label.h"
 #include "platform/volumes.h"
 #include "rows/icon_cache.h"
 
 #include <QComboBox>
-#include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
 #include <QPushButton>
@@ -23,7 +23,7 @@ QPushButton* make_button(const QString& icon)
 } // namespace
 
 PaneControls::PaneControls()
-    : drive_combo(new QComboBox), path_edit(new QLineEdit), status_label(new QLabel),
+    : drive_combo(new QComboBox), path_edit(new QLineEdit), status_label(new ElidedLabel),
       progress(new QProgressBar), stop_button(make_button(u":/res/close.png"_s)),
       reset_button(make_button(u":/res/reset.png"_s))
 {
@@ -33,8 +33,6 @@ PaneControls::PaneControls()
                              platform::volume_entry(volume));
     }
     path_edit->setTextMargins(5, 0, 0, 2);
-    // File names are shown as they are, whatever markup they look like.
-    status_label->setTextFormat(Qt::PlainText);
     status_label->setText(drive_combo->currentText().left(3));
     status_label->setMaximumWidth(600);
     progress->setBaseSize(300, 50);
