@@ -2,6 +2,7 @@
 
 #include "dialogs/report_box.h"
 #include "engine/checksum_file.h"
+#include "engine/exclusions.h"
 #include "platform/sequential_file.h"
 #include "rows/pane_row.h"
 #include "rows/selection.h"
@@ -67,7 +68,7 @@ void ChecksumFileVerifier::begin(QTreeWidgetItem* row)
     }
     const QString path = path_of(*row);
     pane_.job_items.clear();
-    pane_.add_checksum_suffixes();
+    engine::exclude_checksum_files(pane_.exclusions);
     recorder_.clear();
     recorder_.set_checksum_file(path);
     row->setSelected(false);
@@ -101,7 +102,7 @@ void ChecksumFileVerifier::take_expected(const QString& path, const Expected& ex
 void ChecksumFileVerifier::give_up()
 {
     recorder_.clear();
-    pane_.remove_checksum_suffixes();
+    engine::include_checksum_files(pane_.exclusions);
     pane_.host().release_algorithm();
 }
 
@@ -150,7 +151,7 @@ void ChecksumFileVerifier::end(const QString& path, const Expected& expected)
     const QList<ReportLine> errors = find_errors(*expected, recorder_.digested());
     recorder_.clear();
     report(errors);
-    pane_.remove_checksum_suffixes();
+    engine::include_checksum_files(pane_.exclusions);
     pane_.list_anew_and_select(QFileInfo(path).fileName());
 }
 

@@ -1,6 +1,7 @@
 #include "tree/checksum_file_writer.h"
 
 #include "engine/checksum_file.h"
+#include "engine/exclusions.h"
 #include "engine/product.h"
 #include "rows/pane_row.h"
 #include "rows/selection.h"
@@ -133,7 +134,7 @@ void ChecksumFileWriter::begin_directory()
         pane_.host().release_algorithm();
         return;
     }
-    pane_.add_checksum_suffixes();
+    engine::exclude_checksum_files(pane_.exclusions);
     recorder_.clear();
     // These only arm the recorder; the job adds the files under their full paths.
     const QList<QTreeWidgetItem*> rows = content_rows(pane_);
@@ -193,7 +194,7 @@ void ChecksumFileWriter::end_directory(const QString& name, bool written)
     recorder_.clear();
     QObject::disconnect(&pane_.job_watcher, &QFutureWatcherBase::finished, &pane_,
                         &MyTreeWidget::cc_all_file);
-    pane_.remove_checksum_suffixes();
+    engine::include_checksum_files(pane_.exclusions);
     pane_.list_anew_and_select(name);
 }
 

@@ -12,6 +12,9 @@
 #include "tree/pane_host.h"
 #include "tree/row_expander.h"
 
+#include <QAction>
+#include <QComboBox>
+
 #include <utility>
 
 namespace {
@@ -49,7 +52,7 @@ void HashJobController::launch(Kind kind)
     }
     pane_.host().restart_timer();
     pane_.job_items.clear();
-    pane_.lock_listing();
+    lock_pane();
     timer_.start();
     kind_ = kind;
     waiting_ = true;
@@ -142,7 +145,7 @@ void HashJobController::receive(engine::JobMessage& message)
                        }
                    },
                    [this](engine::DirectoryFound& found) { add_found_directory(found); },
-                   [this](const engine::FileStarted& started) { pane_.announce(started.path); },
+                   [this](const engine::FileStarted& started) { announce(started.path); },
                    [this](const engine::FileProgress& now) { emit pane_.prog_bar(now.percent); },
                    [this](const engine::FileEnded& ended) {
                        QTreeWidgetItem* row = rows_.row(ended.row);
@@ -160,12 +163,17 @@ void HashJobController::receive(engine::JobMessage& message)
 void HashJobController::receive_single(engine::JobMessage& message)
 {
     if (const auto* started = std::get_if<engine::FileStarted>(&message)) {
-        pane_.announce(started->path);
+        announce(started->path);
     } else if (const auto* now = std::get_if<engine::FileProgress>(&message)) {
         emit pane_.prog_bar(now->percent);
     } else if (const auto* ended = std::get_if<engine::FileEnded>(&message)) {
         file_done_(show_result(file_row_, ended->path, ended->place, ended->result));
     }
+}
+
+void HashJobController::announce(const QString& path)
+{
+    emit pane_.processing(MyTreeWidget::tr("En cours : ") + path);
 }
 
 void HashJobController::add_found_directory(engine::DirectoryFound& found)
@@ -195,7 +203,9 @@ void HashJobController::add_found_file(engine::FileFound& found)
         parent->addChild(row);
         pane_.indexFromItem(row);
         pane_.job_items.append(row);
-        pane_.follow(row);
+        if (pane_.act_autoscroll->isChecked()) {
+            pane_.scrollitem(row, ColHash);
+        }
     }
 }
 
@@ -251,16 +261,28 @@ void HashJobController::stop()
     begin(); // a job that waits for its rows has none to wait for any more
 }
 
+void HashJobController::lock_pane()
+{
+    pane_.drive_combo->setEnabled(false);
+    pane_.setAcceptDrops(false);
+}
+
+void HashJobController::unlock_pane()
+{
+    pane_.drive_combo->setEnabled(true);
+    pane_.setAcceptDrops(true);
+}
+
 void HashJobController::occupy()
 {
     occupied_ = true;
-    pane_.lock_listing();
+    lock_pane();
 }
 
 void HashJobController::release()
 {
     occupied_ = false;
-    pane_.unlock_listing();
+    unlock_pane();
     pane_.host().pane_released();
 }
 

@@ -59,6 +59,9 @@ class HashJobController final
     void occupy();
     void release();
 
+    /// Lets other listings and drops in again, once nothing works on the rows any more.
+    void unlock_pane();
+
     /// Whether a job was asked to stop and nobody has taken note yet.
     bool stop_flagged() const { return stop_flagged_; }
     void clear_stop_flag() { stop_flagged_ = false; }
@@ -79,11 +82,13 @@ class HashJobController final
     enum class Kind { Selection, Directory };
 
     void launch(Kind kind);
+    void lock_pane();
     void begin();
     void plan_selection();
     void plan_directory();
     void finish_hash();
     void receive(engine::JobMessage& message);
+    void announce(const QString& path);
     void receive_single(engine::JobMessage& message);
     void add_found_directory(engine::DirectoryFound& found);
     void add_found_file(engine::FileFound& found);

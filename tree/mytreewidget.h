@@ -51,10 +51,6 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     QStringList exclusions;
     QString get_exclus() const;
 
-    /// Leaves checksum files out while they are written or verified by, and takes them in again.
-    void add_checksum_suffixes();
-    void remove_checksum_suffixes();
-
     PaneHost& host() const { return *main_window; }
     DirectoryNavigator& navigator() { return *navigator_; }
     RowExpander& expander() { return *expander_; }
@@ -96,18 +92,8 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     QCryptographicHash::Algorithm algorithm() const { return algo; }
     void set_algorithm(QCryptographicHash::Algorithm algorithm) { algo = algorithm; }
 
-    /// Keeps other listings off the pane, and lets them in again.
-    void lock_listing();
-    void unlock_listing();
-
     /// Whether a directory is listed when its row is expanded.
     void set_lazy_expansion(bool on);
-
-    /// Tells which file is being hashed.
-    void announce(const QString& path);
-
-    /// Shows a row that a job has just added, if the view follows jobs.
-    void follow(QTreeWidgetItem* row);
 
     /// Empties the checksums of rows without children and whitens these rows.
     void reset_marks();
@@ -120,9 +106,6 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
 
     /// Selects and returns the first top-level row of that name; null when there is none.
     QTreeWidgetItem* select_by_name(const QString& name);
-
-    /// Restarts the measurement of the time that the end of a job tells.
-    void restart_job_timer();
 
   signals:
     void alldone();

@@ -69,16 +69,6 @@ void MyTreeWidget::done_single()
     drive_combo->setEnabled(true);
 }
 
-void MyTreeWidget::announce(const QString& path)
-{
-    emit processing(tr("En cours : ") + path);
-}
-
-void MyTreeWidget::restart_job_timer()
-{
-    jobs_->restart_timer();
-}
-
 bool MyTreeWidget::job_running() const
 {
     return jobs_->is_running();
@@ -94,18 +84,6 @@ void MyTreeWidget::clear_stop_flag()
     jobs_->clear_stop_flag();
 }
 
-void MyTreeWidget::lock_listing()
-{
-    drive_combo->setEnabled(false);
-    setAcceptDrops(false);
-}
-
-void MyTreeWidget::unlock_listing()
-{
-    drive_combo->setEnabled(true);
-    setAcceptDrops(true);
-}
-
 void MyTreeWidget::unselect_all()
 {
     clearSelection();
@@ -114,7 +92,7 @@ void MyTreeWidget::unselect_all()
 void MyTreeWidget::reactivate_all()
 {
     unselect_all();
-    unlock_listing();
+    jobs_->unlock_pane();
     progress->setValue(0);
 }
 
@@ -186,17 +164,6 @@ QString MyTreeWidget::get_exclus() const
     return engine::format_exclusions(exclusions);
 }
 
-void MyTreeWidget::add_checksum_suffixes()
-{
-    exclusions << u"sha1"_s << u"md5"_s;
-}
-
-void MyTreeWidget::remove_checksum_suffixes()
-{
-    exclusions.removeOne(u"sha1"_s);
-    exclusions.removeOne(u"md5"_s);
-}
-
 void MyTreeWidget::reset_marks()
 {
     clear_checksums(*this);
@@ -265,13 +232,6 @@ void MyTreeWidget::set_AutoScroll(bool on)
 void MyTreeWidget::scrollitem(QTreeWidgetItem* item, int /*column*/)
 {
     setCurrentItem(item);
-}
-
-void MyTreeWidget::follow(QTreeWidgetItem* row)
-{
-    if (act_autoscroll->isChecked()) {
-        scrollitem(row, ColHash);
-    }
 }
 
 void MyTreeWidget::setopt(bool name, bool size, bool path, bool remember_dir, bool remember_view,

@@ -4,6 +4,7 @@
 #include "rows/pane_row.h"
 #include "rows/selection.h"
 #include "tree/directory_navigator.h"
+#include "tree/hash_job_controller.h"
 #include "tree/mytreewidget.h"
 
 #include <QFileInfo>
@@ -32,7 +33,7 @@ void open_one(MyTreeWidget& pane, const QString& path)
     // A shell that completes the name of a directory adds a slash.
     const QFileInfo info(QDir::cleanPath(path));
     if (info.exists()) {
-        pane.restart_job_timer();
+        pane.jobs().restart_timer();
         pane.navigator().open(info.path(), [&pane, name = info.fileName()] { act_on(pane, name); });
     }
 }
