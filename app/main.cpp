@@ -16,7 +16,7 @@ int main(int argc, char* argv[])
 {
     platform::never_ask_for_media();
     QApplication application(argc, argv);
-    const QSettings settings(settings_path(), QSettings::IniFormat);
+    const QSettings settings(settings_path_to_read(), QSettings::IniFormat);
     QTranslator translator;
     QCoreApplication::setOrganizationName(QString::fromLatin1(product::organization));
     QCoreApplication::setApplicationName(QString::fromLatin1(product::application));

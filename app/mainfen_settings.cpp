@@ -59,7 +59,7 @@ QSize usable_size(const QSize& saved, const QSize& fallback)
 
 void MainFen::restore_view_layout()
 {
-    const QSettings settings(settings_path(), QSettings::IniFormat);
+    const QSettings settings(settings_path_to_read(), QSettings::IniFormat);
     const bool rem_view = settings.value(setting::keep_view).toBool();
     tree1->rem_view = rem_view;
     tree2->rem_view = rem_view;
@@ -77,7 +77,7 @@ void MainFen::restore_view_layout()
 
 void MainFen::readSettings()
 {
-    const QSettings settings(settings_path(), QSettings::IniFormat);
+    const QSettings settings(settings_path_to_read(), QSettings::IniFormat);
     const QSize default_size(800, 600);
     resize(usable_size(settings.value(setting::size, default_size).toSize(), default_size));
     const QVariant saved = settings.value(setting::position);
@@ -106,7 +106,7 @@ void MainFen::readSettings()
 
 void MainFen::writeSettings()
 {
-    QSettings settings(settings_path(), QSettings::IniFormat);
+    QSettings settings(settings_path_to_write(), QSettings::IniFormat);
     settings.setValue(setting::size, size());
     settings.setValue(setting::position, pos());
     settings.setValue(setting::language, lang);

@@ -27,13 +27,13 @@ QString line_text(const ReportLine& line)
 class ReportModel final : public QAbstractListModel
 {
   public:
-    ReportModel(const QList<ReportLine>& lines, QObject* parent)
+    ReportModel(const ReportLines& lines, QObject* parent)
         : QAbstractListModel(parent), lines_(lines)
     {}
 
     int rowCount(const QModelIndex& parent) const override
     {
-        return parent.isValid() ? 0 : static_cast<int>(lines_.size());
+        return parent.isValid() ? 0 : static_cast<int>(lines_.count);
     }
 
     QVariant data(const QModelIndex& index, int role) const override
@@ -41,33 +41,25 @@ class ReportModel final : public QAbstractListModel
         return role == Qt::DisplayRole ? line_text(lines_.at(index.row())) : QVariant();
     }
 
-    int longest_row() const
-    {
-        const auto shorter = [](const ReportLine& a, const ReportLine& b) {
-            return a.message.size() + a.name.size() < b.message.size() + b.name.size();
-        };
-        const auto longest = std::max_element(lines_.begin(), lines_.end(), shorter);
-        return static_cast<int>(longest - lines_.begin());
-    }
-
   private:
-    QList<ReportLine> lines_;
+    ReportLines lines_;
 };
 
-QString rich_lines(const QList<ReportLine>& lines)
+QString rich_lines(const ReportLines& lines)
 {
     QString text;
-    for (const ReportLine& line : lines) {
+    for (qsizetype i = 0; i < lines.count; ++i) {
+        const ReportLine line = lines.at(i);
         text += line.message.arg(line.name.toHtmlEscaped()) + u"<br />"_s;
     }
     return text;
 }
 
-LineView* create_line_view(const QList<ReportLine>& lines, QWidget* parent)
+LineView* create_line_view(const ReportLines& lines, QWidget* parent)
 {
     auto* view = new LineView(parent);
     auto* model = new ReportModel(lines, view);
-    view->set_longest(model->longest_row());
+    view->set_longest(static_cast<int>(lines.longest));
     view->setModel(model);
     view->setSelectionMode(QAbstractItemView::ExtendedSelection);
     auto* copy = new QAction(QCoreApplication::translate("FenCheck", "Copier"), view);
@@ -78,7 +70,7 @@ LineView* create_line_view(const QList<ReportLine>& lines, QWidget* parent)
 }
 
 /// Adds the lines in a view of their own between the box's text and its button.
-void add_line_view(QMessageBox& box, const QList<ReportLine>& lines)
+void add_line_view(QMessageBox& box, const ReportLines& lines)
 {
     auto* view = create_line_view(lines, &box);
     const QSize screen = box.screen()->availableGeometry().size();
@@ -109,21 +101,21 @@ bool is_too_tall(const QMessageBox& box)
 
 void show_report(const Report& report)
 {
-    bool in_view = report.lines.size() > most_rich_lines;
-    const QString text = report.lines.isEmpty()
+    bool in_view = report.lines.count > most_rich_lines;
+    const QString text = report.lines.count == 0
                              ? report.text
                              : report.text.arg(in_view ? QString() : rich_lines(report.lines));
     QMessageBox box(report.icon, report.title, text,
                     report.picture.isNull() ? QMessageBox::NoButton : QMessageBox::Ok, nullptr,
                     Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint);
-    if (!report.lines.isEmpty()) {
+    if (report.lines.count > 0) {
         box.setStyleSheet(u"messagebox-text-interaction-flags: 5;"_s);
     }
     if (!report.picture.isNull()) {
         box.setIconPixmap(report.picture);
         box.setWindowIcon(QIcon(report.picture));
     }
-    if (!in_view && !report.lines.isEmpty() && is_too_tall(box)) {
+    if (!in_view && report.lines.count > 0 && is_too_tall(box)) {
         in_view = true;
         box.setText(report.text.arg(QString()));
     }

@@ -48,7 +48,8 @@ class TreeWalk
                 continue;
             }
             Step step{level.row, 0, std::move(level.entries[level.position++]), {}};
-            step.place = place_in(level.path, step.entry.name);
+            step.place =
+                step.entry.is_link ? place_in(level.path, step.entry.name) : step.entry.path;
             if (step.entry.is_dir) {
                 step.row = next_row_++;
             }

@@ -3,7 +3,6 @@
 #include "dialogs/report_box.h"
 #include "engine/checksum_file.h"
 #include "engine/exclusions.h"
-#include "platform/sequential_file.h"
 #include "rows/pane_row.h"
 #include "rows/selection.h"
 #include "tree/background.h"
@@ -16,18 +15,12 @@
 #include <QMessageBox>
 #include <QRegularExpression>
 
+#include <utility>
+#include <vector>
+
 using namespace Qt::StringLiterals;
 
 namespace {
-
-std::optional<QMap<QString, QString>> read_expected(const QString& path)
-{
-    QFile file;
-    if (!platform::open_regular(file, path)) {
-        return std::nullopt;
-    }
-    return engine::read_checksum_file(file, QFileInfo(path).path());
-}
 
 QCryptographicHash::Algorithm algorithm_of(const QString& path)
 {
@@ -44,19 +37,37 @@ QString unreadable_text(const QString& path, QCryptographicHash::Algorithm algor
         .arg(QString(path).remove(last_extension), extension);
 }
 
-QList<ReportLine> find_errors(const QMap<QString, QString>& expected,
-                              const QMap<QString, QString>& computed)
+/// The lines of a checksum file that the computed digests do not agree with.
+ReportLines find_errors(engine::ExpectedDigests expected, const QMap<QString, QString>& computed)
 {
-    QList<ReportLine> errors;
-    for (const auto& [file, digest] : expected.asKeyValueRange()) {
-        const QString found = computed.value(file);
-        if (found != digest) {
-            errors.append({found.isEmpty() ? MyTreeWidget::tr("Manquant  => %1")
-                                           : MyTreeWidget::tr("Différent => %1"),
-                           file});
+    struct Errors
+    {
+        engine::ExpectedDigests expected;
+        std::vector<std::pair<qsizetype, bool>> lines; ///< of the file, and whether it was computed
+    };
+    auto errors = std::make_shared<Errors>(Errors{std::move(expected), {}});
+    ReportLines lines;
+    qsizetype longest_size = -1;
+    for (qsizetype i = 0; i < errors->expected.size(); ++i) {
+        const QString path = errors->expected.path(i);
+        const QString found = computed.value(path);
+        if (found == errors->expected.digest(i)) {
+            continue;
         }
+        if (path.size() > longest_size) {
+            longest_size = path.size();
+            lines.longest = lines.count;
+        }
+        errors->lines.emplace_back(i, !found.isEmpty());
+        ++lines.count;
     }
-    return errors;
+    lines.at = [errors](qsizetype index) {
+        const auto [line, computed_too] = errors->lines[static_cast<size_t>(index)];
+        return ReportLine{computed_too ? MyTreeWidget::tr("Différent => %1")
+                                       : MyTreeWidget::tr("Manquant  => %1"),
+                          errors->expected.path(line)};
+    };
+    return lines;
 }
 
 } // namespace
@@ -76,26 +87,31 @@ void ChecksumFileVerifier::begin(QTreeWidgetItem* row)
     jobs_.occupy();
     stop_ = engine::make_stop_flag();
     run_in_background(
-        &pane_, [path] { return read_expected(path); },
-        [this, path](const Expected& expected) { take_expected(path, expected); });
+        &pane_,
+        [path, stop = stop_] {
+            return std::make_shared<const Expected>(engine::read_checksum_file(path, stop));
+        },
+        [this, path](const std::shared_ptr<const Expected>& expected) {
+            take_expected(path, expected);
+        });
 }
 
-void ChecksumFileVerifier::take_expected(const QString& path, const Expected& expected)
+void ChecksumFileVerifier::take_expected(const QString& path,
+                                         const std::shared_ptr<const Expected>& expected)
 {
     const bool stopped = engine::stop_requested(std::exchange(stop_, {}));
     jobs_.release();
     if (stopped) {
         give_up();
-    } else if (!expected) {
+    } else if (!*expected) {
         report_unreadable(unreadable_text(path, pane_.algorithm()));
         pane_.host().release_algorithm();
-    } else if (expected->isEmpty()) {
+    } else if ((*expected)->is_empty()) {
         report_nothing();
         recorder_.clear();
         pane_.host().release_algorithm();
     } else {
-        pane_.navigator().when_listed(
-            [this, path, listed = *expected] { hash_listed(path, listed); });
+        pane_.navigator().when_listed([this, path, expected] { hash_listed(path, **expected); });
     }
 }
 
@@ -106,7 +122,7 @@ void ChecksumFileVerifier::give_up()
     pane_.host().release_algorithm();
 }
 
-void ChecksumFileVerifier::hash_listed(const QString& path, const QMap<QString, QString>& expected)
+void ChecksumFileVerifier::hash_listed(const QString& path, const engine::ExpectedDigests& expected)
 {
     const QString directory = pane_.shown_directory();
     QList<QTreeWidgetItem*> listed;
@@ -132,11 +148,18 @@ void ChecksumFileVerifier::finish()
     jobs_.occupy();
     stop_ = engine::make_stop_flag();
     run_in_background(
-        &pane_, [path] { return read_expected(path); },
-        [this, path](const Expected& expected) { end(path, expected); });
+        &pane_,
+        [path, stop = stop_, computed = recorder_.digested()]() -> std::optional<ReportLines> {
+            Expected expected = engine::read_checksum_file(path, stop);
+            if (!expected) {
+                return std::nullopt;
+            }
+            return find_errors(*std::move(expected), computed);
+        },
+        [this, path](const std::optional<ReportLines>& errors) { end(path, errors); });
 }
 
-void ChecksumFileVerifier::end(const QString& path, const Expected& expected)
+void ChecksumFileVerifier::end(const QString& path, const std::optional<ReportLines>& errors)
 {
     const bool stopped = engine::stop_requested(std::exchange(stop_, {}));
     jobs_.release();
@@ -144,13 +167,12 @@ void ChecksumFileVerifier::end(const QString& path, const Expected& expected)
         give_up();
         return;
     }
-    if (!expected) {
+    if (!errors) {
         report_unreadable(MyTreeWidget::tr("Impossible d'ouvrir le fichier %1").arg(path));
         return;
     }
-    const QList<ReportLine> errors = find_errors(*expected, recorder_.digested());
     recorder_.clear();
-    report(errors);
+    report(*errors);
     engine::include_checksum_files(pane_.exclusions);
     pane_.list_anew_and_select(QFileInfo(path).fileName());
 }
@@ -170,9 +192,9 @@ void ChecksumFileVerifier::report_nothing()
                  {}});
 }
 
-void ChecksumFileVerifier::report(const QList<ReportLine>& errors)
+void ChecksumFileVerifier::report(const ReportLines& errors)
 {
-    if (errors.isEmpty()) {
+    if (errors.count == 0) {
         show_report({QMessageBox::Information,
                      MyTreeWidget::tr("Ok"),
                      MyTreeWidget::tr("Aucune erreur trouvée !"),

@@ -2,17 +2,20 @@
 
 #include "engine/stop_flag.h"
 
-#include <QList>
-#include <QMap>
 #include <QString>
 
+#include <memory>
 #include <optional>
 
 class DigestRecorder;
 class HashJobController;
 class MyTreeWidget;
 class QTreeWidgetItem;
-struct ReportLine;
+struct ReportLines;
+
+namespace engine {
+class ExpectedDigests;
+}
 
 /// Verifies the directory shown against a checksum file in it.
 ///
@@ -33,16 +36,16 @@ class ChecksumFileVerifier final
     void stop();
 
   private:
-    /// Full path to digest, or nothing when the file cannot be read.
-    using Expected = std::optional<QMap<QString, QString>>;
+    /// Nothing when the file cannot be read.
+    using Expected = std::optional<engine::ExpectedDigests>;
 
-    void take_expected(const QString& path, const Expected& expected);
-    void hash_listed(const QString& path, const QMap<QString, QString>& expected);
-    void end(const QString& path, const Expected& expected);
+    void take_expected(const QString& path, const std::shared_ptr<const Expected>& expected);
+    void hash_listed(const QString& path, const engine::ExpectedDigests& expected);
+    void end(const QString& path, const std::optional<ReportLines>& errors);
     void give_up();
     void report_unreadable(const QString& text);
     void report_nothing();
-    void report(const QList<ReportLine>& errors);
+    void report(const ReportLines& errors);
 
     MyTreeWidget& pane_;
     DigestRecorder& recorder_;

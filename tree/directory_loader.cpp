@@ -27,7 +27,8 @@ QString nearest_directory(const QString& path)
     if (is_directory(path)) {
         return path;
     }
-    for (const QString& root : {platform::root_of_path(path), platform::root_of_entry(path)}) {
+    const QStringList roots = platform::fallback_roots(path);
+    for (const QString& root : roots) {
         if (is_directory(root)) {
             return root;
         }
