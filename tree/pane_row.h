@@ -54,6 +54,11 @@ class PaneRow final : public QTreeWidgetItem
     /// under any palette. The caller repaints the view: marks come by the thousand.
     void set_mark(engine::Mark mark) { mark_ = mark; }
 
+    engine::Mark mark() const { return mark_; }
+
+    /// The text of the path column, without the detour over the item interface.
+    const QString& path() const { return path_; }
+
     /// Empties the checksum and whitens the row; the caller repaints the view.
     void clear_checksum();
 
@@ -82,6 +87,12 @@ inline QString path_of(const QTreeWidgetItem& row)
 inline QString checksum_of(const QTreeWidgetItem& row)
 {
     return row.text(ColHash);
+}
+
+/// The mark of a pane's row.
+inline engine::Mark mark_of(const QTreeWidgetItem& row)
+{
+    return static_cast<const PaneRow&>(row).mark();
 }
 
 /// Whether this is the row that leads to the parent directory.
