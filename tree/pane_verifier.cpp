@@ -121,7 +121,7 @@ void MyTreeWidget::report_verification(const QList<ReportLine>& errors)
                      tr("Ok"),
                      tr("Aucune erreur trouvée !"),
                      {},
-                     QPixmap(u":/res/ok.png"_s)});
+                     QIcon(u":/res/ok.png"_s).pixmap(32)});
         return;
     }
     show_report({QMessageBox::Critical,
