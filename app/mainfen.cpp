@@ -1,5 +1,6 @@
 #include "app/mainfen.h"
 
+#include "dialogs/cut_text_tips.h"
 #include "dialogs/fenopt.h"
 #include "tree/mytreewidget.h"
 
@@ -141,6 +142,8 @@ void MainFen::createMenus()
 void MainFen::createToolBars()
 {
     toolbar = addToolBar(u"Main"_s);
+    // The window's only menu of its own would hide the tool bar, and nothing would bring it back.
+    setContextMenuPolicy(Qt::NoContextMenu);
     radio_md5 = new QRadioButton(u"MD5"_s);
     radio_md5->setChecked(true);
     radio_sha1 = new QRadioButton(u"SHA1"_s);
@@ -170,6 +173,8 @@ QWidget* MainFen::create_pane_container(MyTreeWidget& pane)
     pane.reset_button->setToolTip(act_reset->text());
     pane.reset_button->setAccessibleName(act_reset->text());
 
+    show_cut_texts_as_tips(pane);
+
     auto* container = new QWidget(this);
     auto* column = new QVBoxLayout;
     auto* row = new QHBoxLayout;
@@ -190,6 +195,9 @@ void MainFen::createLayout()
     splitter = new QSplitter(this);
     splitter->addWidget(create_pane_container(*tree1));
     splitter->addWidget(create_pane_container(*tree2));
+    // Pane by pane: the rule for all of them would be overruled by a saved state.
+    splitter->setCollapsible(0, false);
+    splitter->setCollapsible(1, false);
     restore_view_layout();
     setCentralWidget(splitter);
     make_connections();

@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextDocument>
 
 ElidedLabel::ElidedLabel(const QString& text) : QLabel(text)
 {
