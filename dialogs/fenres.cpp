@@ -116,6 +116,8 @@ FenRes::FenRes(QWidget* parent, QTreeWidget* tree1, QTreeWidget* tree2) : QDialo
         verdict->setText(verdict->text() + tr(" Tout est OK !"));
         verdict->setStyleSheet(u"QLabel { background-color : green; color: white }"_s);
     }
+    // What has the focus is what a screen reader says first.
+    ok_button->setAccessibleDescription(verdict->text());
     if (any_different) {
         show_lines(diff_view, diff_model, list_diff);
     }
