@@ -1,7 +1,9 @@
 #include "app/mainfen.h"
 #include "app/nofocusproxystyle.h"
+#include "app/screen_fit.h"
 #include "app/setting_keys.h"
 #include "app/settings_file.h"
+#include "app/toolkit_texts.h"
 #include "engine/product.h"
 #include "platform/process_end.h"
 #include "platform/volumes.h"
@@ -22,12 +24,14 @@ int main(int argc, char* argv[])
     QCoreApplication::setApplicationName(QString::fromLatin1(product::application));
     QCoreApplication::setApplicationVersion(QString::fromLatin1(product::version));
     QCoreApplication::setOrganizationDomain(QString::fromLatin1(product::organization_domain));
-    if (settings.value(setting::language).toString() == "en"_L1) {
+    const QString language = settings.value(setting::language).toString();
+    if (language == "en"_L1) {
         // Without the catalogue the texts stay French.
         [[maybe_unused]] const bool loaded =
             translator.load(QString::fromLatin1(product::english_catalogue));
     }
     QCoreApplication::installTranslator(&translator);
+    use_toolkit_texts(language);
     QApplication::setStyle(new NoFocusProxyStyle);
     QApplication::setWindowIcon(QIcon(u":/res/logo.png"_s));
     QGuiApplication::setDesktopFileName(u"tavrel"_s);
@@ -35,6 +39,9 @@ int main(int argc, char* argv[])
 
     MainFen window;
     window.translator = &translator;
+    if (!settings.contains(setting::size) && !settings.contains(setting::position)) {
+        fit_first_window(window);
+    }
     window.show();
     return QApplication::exec();
 }

@@ -1,6 +1,8 @@
 #include "app/mainfen.h"
 
 #include "app/message_keeper.h"
+#include "app/pane_access.h"
+#include "dialogs/cut_text_tips.h"
 #include "dialogs/fenopt.h"
 #include "tree/mytreewidget.h"
 
@@ -147,9 +149,14 @@ void MainFen::createMenus()
 void MainFen::createToolBars()
 {
     toolbar = addToolBar(u"Main"_s);
+    // The window's only menu of its own would hide the tool bar, and nothing would bring it back.
+    setContextMenuPolicy(Qt::NoContextMenu);
     radio_md5 = new QRadioButton(u"MD5"_s);
     radio_md5->setChecked(true);
     radio_sha1 = new QRadioButton(u"SHA1"_s);
+    for (QRadioButton* radio : {radio_md5, radio_sha1}) {
+        radio->setAccessibleDescription(u"MD5/SHA1"_s);
+    }
     toolbar->addWidget(radio_md5);
     toolbar->addWidget(radio_sha1);
     for (QAction* action : {act_compare, act_compare_all, act_stop, act_reset}) {
@@ -172,9 +179,10 @@ QWidget* MainFen::create_pane_container(MyTreeWidget& pane)
 {
     // Buttons without text say what they do by the texts of the actions that do the same.
     pane.stop_button->setToolTip(act_stop->text());
-    pane.stop_button->setAccessibleName(act_stop->text());
     pane.reset_button->setToolTip(act_reset->text());
-    pane.reset_button->setAccessibleName(act_reset->text());
+    name_controls(pane, &pane == tree1 ? 1 : 2);
+    show_cut_texts_as_tips(pane);
+    show_current_row(pane);
 
     auto* container = new QWidget(this);
     auto* column = new QVBoxLayout;
@@ -196,8 +204,15 @@ void MainFen::createLayout()
     splitter = new QSplitter(this);
     splitter->addWidget(create_pane_container(*tree1));
     splitter->addWidget(create_pane_container(*tree2));
+    // Pane by pane: the rule for all of them would be overruled by a saved state.
+    splitter->setCollapsible(0, false);
+    splitter->setCollapsible(1, false);
     restore_view_layout();
     setCentralWidget(splitter);
+    order_tabs(*tree1);
+    QWidget::setTabOrder(tree1, tree2->drive_combo);
+    order_tabs(*tree2);
+    tree1->setFocus();
     make_connections();
 }
 

@@ -68,6 +68,10 @@ void MainFen::restore_view_layout()
         return;
     }
     splitter->restoreState(settings.value(setting::splitter).toByteArray());
+    // The state may date from a time when a pane could be dragged to nothing.
+    if (splitter->sizes().contains(0)) {
+        splitter->setSizes(splitter->sizes());
+    }
     if (settings.value(setting::orientation).toInt() == Qt::Horizontal) {
         setSplitOrientHoriz();
     } else {

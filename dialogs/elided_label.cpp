@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextDocument>
 
 ElidedLabel::ElidedLabel(const QString& text) : QLabel(text)
 {
@@ -35,15 +36,37 @@ bool ElidedLabel::event(QEvent* event)
     return QLabel::event(event);
 }
 
+void ElidedLabel::set_sign(const QIcon& sign)
+{
+    sign_ = sign;
+    update();
+}
+
+int ElidedLabel::sign_width() const
+{
+    return sign_.isNull() ? 0 : 2 * fontMetrics().height();
+}
+
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     drawFrame(&painter);
-    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
-                          isEnabled(), shown_text(), foregroundRole());
+    QRect area = contentsRect();
+    if (!sign_.isNull()) {
+        QRect place = area;
+        place.setWidth(sign_width());
+        const int side = fontMetrics().height() * 5 / 4;
+        sign_.paint(&painter,
+                    QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, {side, side}, place));
+        // On both sides, so that a centred text stays where it was.
+        area.adjust(sign_width(), 0, -sign_width(), 0);
+    }
+    style()->drawItemText(&painter, area, static_cast<int>(alignment()), palette(), isEnabled(),
+                          shown_text(), foregroundRole());
 }
 
 QString ElidedLabel::shown_text() const
 {
-    return fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
+    const int width = contentsRect().width() - 2 * sign_width();
+    return fontMetrics().elidedText(text(), Qt::ElideMiddle, width);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QLabel>
 
 /// One line of plain text that may hold a long path.
@@ -12,6 +13,9 @@ class ElidedLabel final : public QLabel
   public:
     explicit ElidedLabel(const QString& text = {});
 
+    /// Shows a sign before the text; a null icon takes it away.
+    void set_sign(const QIcon& sign);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -22,4 +26,7 @@ class ElidedLabel final : public QLabel
   private:
     QString shown_text() const;
     QSize at_most(int characters) const;
+    int sign_width() const;
+
+    QIcon sign_;
 };

@@ -1,10 +1,13 @@
 #include "dialogs/fencheck.h"
 
 #include "dialogs/elided_label.h"
+#include "dialogs/verdict_sign.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
@@ -139,13 +142,31 @@ void FenCheck::handle_res(QString resultat)
     disconnect(check_button, &QPushButton::clicked, this, &FenCheck::check_clicked);
     connect(check_button, &QPushButton::clicked, this, &QDialog::close);
     check_button->setText(tr("Ok"));
-    check_button->setFocus();
 
-    const bool same = line_edit->text().toLower() == resultat.toLower();
+    show_verdict(line_edit->text().toLower() == resultat.toLower());
+    // Last: a screen reader then finds the verdict on the button.
+    check_button->setFocus();
+}
+
+/// By colour, by sign and to a screen reader.
+void FenCheck::show_verdict(bool same)
+{
     const QString colours = same ? u"background-color: green; color: white"_s
                                  : u"background-color: rgb(220, 70, 70); color: white"_s;
     result_label->setStyleSheet(colours);
     line_edit->setStyleSheet(colours);
+
+    const QString verdict = (same ? QCoreApplication::translate("FenRes", " Tout est OK !")
+                                  : QCoreApplication::translate("FenRes", " Il y a des erreurs."))
+                                .trimmed();
+    const QIcon sign = verdict_sign(same, Qt::white);
+    result_label->set_sign(sign);
+    line_edit->addAction(sign, QLineEdit::LeadingPosition)->setText(verdict);
+    result_label->setAccessibleName(verdict + u' ' + result_label->text());
+    line_edit->setAccessibleDescription(verdict);
+    check_button->setAccessibleDescription(verdict);
+    QAccessibleEvent alert(result_label, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void FenCheck::cc()

@@ -3,6 +3,8 @@
 #include "rows/size_text.h"
 
 #include <QBrush>
+#include <QCoreApplication>
+#include <QFont>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -11,6 +13,37 @@ using namespace Qt::StringLiterals;
 using engine::Mark;
 
 namespace {
+
+/// What a screen reader says of a row instead of its name alone.
+QString spoken(Mark mark, const QString& name)
+{
+    switch (mark) {
+    case Mark::Identical:
+        return QCoreApplication::translate("MyTreeWidget", "Ok") + " => "_L1 + name;
+    case Mark::Different:
+        return QCoreApplication::translate("MyTreeWidget", "Différent => %1").arg(name);
+    case Mark::NoPartner:
+        return QCoreApplication::translate("MyTreeWidget", "Manquant  => %1").arg(name);
+    case Mark::Cleared:
+    case Mark::None:
+        break;
+    }
+    return name;
+}
+
+/// A second sign of the mark, for people who do not tell its colours apart.
+QVariant mark_font(Mark mark)
+{
+    QFont font;
+    if (mark == Mark::Different) {
+        font.setBold(true);
+    } else if (mark == Mark::NoPartner) {
+        font.setItalic(true);
+    } else {
+        return {};
+    }
+    return font;
+}
 
 QBrush mark_brush(Mark mark)
 {
@@ -94,6 +127,13 @@ QVariant PaneRow::data(int column, int role) const
     case Qt::ForegroundRole:
         if (marked) {
             return QBrush(Qt::black);
+        }
+        break;
+    case Qt::FontRole:
+        return mark_font(mark_);
+    case Qt::AccessibleTextRole:
+        if (column == ColName) {
+            return spoken(mark_, name_);
         }
         break;
     default:

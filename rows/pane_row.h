@@ -90,6 +90,12 @@ inline QString checksum_of(const QTreeWidgetItem& row)
     return row.text(ColHash);
 }
 
+/// The mark of a pane's row.
+inline engine::Mark mark_of(const QTreeWidgetItem& row)
+{
+    return static_cast<const PaneRow&>(row).mark();
+}
+
 /// Whether this is the row that leads to the parent directory.
 bool is_way_up(const QTreeWidgetItem* row);
 
