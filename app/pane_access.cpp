@@ -2,9 +2,13 @@
 
 #include "tree/mytreewidget.h"
 
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QPainter>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QStyledItemDelegate>
 
 using namespace Qt::StringLiterals;

@@ -1,4 +1,4 @@
-#include "tests/test_dir.h"
+#include "tests/support/test_dir.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "tests/test_dir.h"
+#include "tests/support/test_dir.h"
 
 #include <QDir>
 #include <QFile>
@@ -16,13 +16,6 @@ QString TestDir::createFile(const QString& name, const QByteArray& content)
         qFatal("cannot write %s", qPrintable(path));
     }
     return path;
-}
-
-void TestDir::createFiles(const QStringList& names)
-{
-    for (const QString& name : names) {
-        createFile(name, name.toUtf8());
-    }
 }
 
 QString TestDir::createHuge(const QString& name)
@@ -55,11 +48,6 @@ QString TestDir::entries(const QString& name) const
 {
     const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
     return QDir(filePath(name)).entryList(all, QDir::Name).join(u", "_s);
-}
-
-QStringList words(const QString& text)
-{
-    return text.split(u", "_s, Qt::SkipEmptyParts);
 }
 
 QString volume_root(const QString& path)

@@ -6,21 +6,12 @@
 
 #include <memory>
 
-/// Skips a test where createHuge() cannot make its file.
-#define HUGE_FILE_OR_SKIP(dir, name)                                                               \
-    if ((dir).createHuge(name).isEmpty()) {                                                        \
-        QSKIP("no sparse files of that size here");                                                \
-    }
-
 /// A temporary directory in which a test lays out its files.
 class TestDir : public QTemporaryDir
 {
   public:
     /// Writes a file, with the directories on its way; answers its full path.
     QString createFile(const QString& name, const QByteArray& content = {});
-
-    /// Writes several files whose content is their name.
-    void createFiles(const QStringList& names);
 
     /// Writes a file that takes longer to read than any test lasts. Answers its full path, or
     /// nothing where there are no sparse files of that size.
@@ -44,9 +35,6 @@ class TestDir : public QTemporaryDir
   private:
     QList<std::shared_ptr<void>> open_files_;
 };
-
-/// The texts that ", " parts: the short way to write a list of names.
-QStringList words(const QString& text);
 
 /// Where the volume of a path is mounted. In a changed root the system names no mount point for it.
 QString volume_root(const QString& path);
