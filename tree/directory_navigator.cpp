@@ -49,6 +49,7 @@ void DirectoryNavigator::enter(const QString& path, Then then)
 {
     dir_.setPath(path);
     canonical_ = path;
+    show_path();
     controls_.status_label->setText(path);
     reload(std::move(then));
 }
@@ -99,12 +100,17 @@ void DirectoryNavigator::abandon()
 
 void DirectoryNavigator::show_resolved(const QString& path, const QString& canonical, bool opened)
 {
-    canonical_ = canonical;
+    const bool elsewhere = canonical != canonical_ && !canonical.isEmpty();
+    if (elsewhere) {
+        canonical_ = canonical;
+    }
     if (opened) {
         dir_.setPath(path);
         controls_.status_label->setText(canonical);
-        show_path();
         controls_.drive_combo->setCurrentIndex(entry_of(*controls_.drive_combo, canonical));
+    }
+    if (opened || elsewhere) {
+        show_path();
     }
 }
 

@@ -56,7 +56,7 @@ class DirectoryNavigator final : public QObject
     /// The directory shown, or the last one shown before a list of dropped files.
     const QDir& directory() const { return dir_; }
 
-    /// The same as a canonical path, without a look at the drive; empty when it was gone.
+    /// The same as a canonical path, without a look at the drive: as it was when last listed.
     const QString& canonical_path() const { return canonical_; }
 
     /// Shows the directory in the path line.

@@ -68,6 +68,10 @@ void Scene::use(FenCheck& dialog)
             boxes_ << u"[check] refused"_s;
             dialog.close();
         }
+        if (const QString line_of_script = std::exchange(meanwhile_, {});
+            !line_of_script.isEmpty()) {
+            run(line_of_script + u'&');
+        }
         button->click();
     } else if (button->isEnabled() && button->text() == u"Ok"_s) {
         const bool good = line->styleSheet().contains(u"green"_s);
@@ -219,6 +223,19 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
                      QDir(s.working_dir.at(f)).removeRecursively();
              });
          }},
+        {u"link"_s,
+         [](S& s, const A& a) {
+             return QFile::link(s.working_dir.at(a[1]), s.working_dir.filePath(a[0])) ? QString()
+                                                                                      : u"failed"_s;
+         }},
+        /// So many empty files, named 1, 2, 3.
+        {u"many"_s,
+         [](S& s, const A& a) {
+             for (int i = 1; i <= a[1].toInt(); ++i) {
+                 s.working_dir.createFile(a[0] + u'/' + QString::number(i));
+             }
+             return QString();
+         }},
         {u"cut"_s,
          [](S& s, const A& a) {
              return QFile::resize(s.working_dir.at(a[0]), 0) ? QString() : u"failed"_s;
@@ -346,6 +363,8 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
                               });
              return QString();
          }},
+        /// When the verify dialog is open, and its button yet to be pressed.
+        {u"during-check"_s, [](S& s, const A& a) { return s.meanwhile_ = a[1], QString(); }},
         /// Waits until a file is being read.
         {u"hold"_s,
          [](S& s, const A& a) {
@@ -356,6 +375,7 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
          }},
         // what is to be seen
         {u"see"_s, [](S& s, const A& a) { return s.rows_of(*s.pane(a).invisibleRootItem()); }},
+        {u"first"_s, [](S& s, const A& a) { return name_of(*s.pane(a).topLevelItem(0)); }},
         {u"hashed"_s,
          [](S& s, const A& a) {
              QStringList names;

@@ -44,6 +44,7 @@ class Scene : public WindowFixture
     void use(FenCheck& dialog);
 
     QStringList boxes_;
-    QString entry_; ///< for the verify dialog
+    QString entry_;     ///< for the verify dialog
+    QString meanwhile_; ///< a line to be carried out while it is open
     QTimer poll_;
 };
