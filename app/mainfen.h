@@ -12,6 +12,7 @@
 
 class FenOpt;
 class MyTreeWidget;
+class RunOverview;
 class QTranslator;
 
 /// The main window: two directory panes side by side, the actions, and the comparison of what the
@@ -71,6 +72,7 @@ class MainFen : public QMainWindow
     void createMenus();
     void createToolBars();
     void createLayout();
+    void createOverview();
     QWidget* create_pane_container(MyTreeWidget& pane);
     void make_connections();
     void connect_start(QAction* action);
@@ -97,6 +99,7 @@ class MainFen : public QMainWindow
     bool results_shown = false;
     bool starting = false; ///< while the panes are listed anew for a comparison
     QSplitter* splitter = nullptr;
+    RunOverview* overview = nullptr; ///< in the status bar
 
     QAction* act_quit = nullptr;
     QAction* act_compare = nullptr;
