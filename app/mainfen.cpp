@@ -2,8 +2,10 @@
 
 #include "app/message_keeper.h"
 #include "app/pane_access.h"
+#include "app/run_overview.h"
 #include "dialogs/cut_text_tips.h"
 #include "dialogs/fenopt.h"
+#include "tree/hash_job_controller.h"
 #include "tree/mytreewidget.h"
 
 #include <QApplication>
@@ -214,6 +216,27 @@ void MainFen::createLayout()
     order_tabs(*tree2);
     tree1->setFocus();
     make_connections();
+    createOverview();
+}
+
+void MainFen::createOverview()
+{
+    const auto pane = [](MyTreeWidget* rows) {
+        return RunOverview::Pane{rows, [rows] {
+                                     return RunOverview::Progress{rows->job_running(),
+                                                                  rows->jobs().files_done(),
+                                                                  rows->jobs().files_total()};
+                                 }};
+    };
+    overview = new RunOverview(pane(tree1), pane(tree2), this);
+    statusBar()->addPermanentWidget(overview);
+    for (MyTreeWidget* rows : {tree1, tree2}) {
+        connect(&rows->job_watcher, &QFutureWatcherBase::started, overview,
+                &RunOverview::follow_jobs);
+        connect(rows->reset_button, &QPushButton::clicked, overview, &RunOverview::forget_marks);
+    }
+    connect(act_reset, &QAction::triggered, overview, &RunOverview::forget_marks);
+    connect(this, &MainFen::alldone, overview, &RunOverview::count_marks);
 }
 
 void MainFen::make_connections()

@@ -15,6 +15,7 @@
 class FenOpt;
 class MessageKeeper;
 class MyTreeWidget;
+class RunOverview;
 class QTranslator;
 
 /// The main window: two directory panes side by side, the actions, and the comparison of what the
@@ -77,6 +78,7 @@ class MainFen : public QMainWindow, public PaneHost
     void createMenus();
     void createToolBars();
     void createLayout();
+    void createOverview();
     QWidget* create_pane_container(MyTreeWidget& pane);
     void make_connections();
     void connect_start(QAction* action);
@@ -105,6 +107,7 @@ class MainFen : public QMainWindow, public PaneHost
     bool compare_postponed = false; ///< a pane was still at work when its end was told
     MessageKeeper* message_keeper = nullptr;
     QSplitter* splitter = nullptr;
+    RunOverview* overview = nullptr; ///< in the status bar
 
     QAction* act_quit = nullptr;
     QAction* act_compare = nullptr;

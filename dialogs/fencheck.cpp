@@ -51,8 +51,9 @@ void FenCheck::create_widgets(const QString& path)
     prompt->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
     line_edit = new QLineEdit;
     line_edit->setStyleSheet(u"qproperty-alignment: AlignCenter;"_s);
+    // The digest and, beside it or on both sides of the one above, the sign of the verdict.
     line_edit->setMinimumWidth(
-        line_edit->fontMetrics().horizontalAdvance(QString(sha1_digits + 4, u'0')));
+        line_edit->fontMetrics().horizontalAdvance(QString(sha1_digits + 14, u'0')));
     prompt->setBuddy(line_edit);
 
     progress_bar = new QProgressBar;

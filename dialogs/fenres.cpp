@@ -33,19 +33,6 @@ void show_lines(LineView* view, QStringListModel* model, const QStringList& line
     model->setStringList(lines);
 }
 
-/// Calls `visit` for every row, parents before their children, collapsed branches included.
-template<typename Visit>
-void for_each_row(const QTreeWidgetItem& parent, const Visit& visit)
-{
-    for (int i = 0; i < parent.childCount(); ++i) {
-        const auto& row = static_cast<const PaneRow&>(*parent.child(i));
-        visit(row);
-        if (row.childCount() > 0) {
-            for_each_row(row, visit);
-        }
-    }
-}
-
 /// Allocates once, where operator+ does so twice: there may be 500,000 of them.
 QString with_arrow(const QString& path, QLatin1StringView arrow)
 {

@@ -96,6 +96,20 @@ inline engine::Mark mark_of(const QTreeWidgetItem& row)
     return static_cast<const PaneRow&>(row).mark();
 }
 
+/// Calls `visit` for every PaneRow below an item, parents before their children, collapsed branches
+/// included.
+template<typename Visit>
+void for_each_row(const QTreeWidgetItem& parent, const Visit& visit)
+{
+    for (int i = 0; i < parent.childCount(); ++i) {
+        const auto& row = static_cast<const PaneRow&>(*parent.child(i));
+        visit(row);
+        if (row.childCount() > 0) {
+            for_each_row(row, visit);
+        }
+    }
+}
+
 /// Whether this is the row that leads to the parent directory.
 bool is_way_up(const QTreeWidgetItem* row);
 
