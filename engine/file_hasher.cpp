@@ -1,14 +1,22 @@
 #include "engine/file_hasher.h"
 
+#include "engine/file_window.h"
 #include "platform/sequential_file.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace engine {
 
 namespace {
 
 constexpr qint64 block_size = 0x40000;
+
+using File = platform::SequentialFile;
+
+// Where the system does not tell with the read itself whether data is in memory, finding out is
+// slow: then one block in so many speaks for all.
+constexpr int spoken_for = 16;
 
 /// Percent of `size` that `total` is. A file that grows while it is read stays at 100.
 int percent_of(qint64 total, qint64 size)
@@ -33,13 +41,27 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
     digest_.reset();
 
     int shown = -1;
+    std::optional<FileWindow> window; // only for a file that has to be waited for
     for (qint64 total = 0; !stop_requested(stop_);) {
-        const qint64 read = file.read(block_.data(), block_size);
+        const bool know_enough = window || total >= size;
+        qint64 read = know_enough ? File::cannot_tell : read_at_hand(file, total);
+        if (read == File::would_wait) {
+            window.emplace(file).move_to(total);
+            if (listener.waiting) {
+                listener.waiting();
+            }
+        }
+        if (read < 0) {
+            read = file.read(block_.data(), block_size);
+        }
         if (read <= 0) {
             break;
         }
         total += read;
         digest_.add(QByteArrayView(block_.constData(), read));
+        if (window) {
+            window->move_to(total);
+        }
         const int percent = size > 0 ? percent_of(total, size) : shown;
         if (percent != shown) {
             shown = percent;
@@ -51,6 +73,15 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
         return {FileOutcome::Stopped, {}};
     }
     return {FileOutcome::Digested, QString::fromLatin1(digest_.result_hex())};
+}
+
+qint64 FileHasher::read_at_hand(File& file, qint64 at)
+{
+    const qint64 read = file.read_at_hand(block_.data(), block_size);
+    if (read == File::cannot_tell && untold_++ % spoken_for == 0 && !file.is_at_hand(at)) {
+        return File::would_wait;
+    }
+    return read;
 }
 
 } // namespace engine
