@@ -1,10 +1,8 @@
 #include "engine/file_hasher.h"
 
-#include "engine/file_window.h"
 #include "platform/sequential_file.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace engine {
 
@@ -24,6 +22,15 @@ int percent_of(qint64 total, qint64 size)
     return static_cast<int>(std::min<qint64>(100, total * 100 / size));
 }
 
+/// Tells a listener that may not want to know.
+template<class... Values>
+void tell(const std::function<void(Values...)>& listener, Values... values)
+{
+    if (listener) {
+        listener(values...);
+    }
+}
+
 } // namespace
 
 FileHasher::FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop)
@@ -41,15 +48,16 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
     digest_.reset();
 
     int shown = -1;
-    std::optional<FileWindow> window; // only for a file that has to be waited for
+    bool waits = false;
     for (qint64 total = 0; !stop_requested(stop_);) {
-        const bool know_enough = window || total >= size;
+        const bool know_enough = waits || total >= size;
         qint64 read = know_enough ? File::cannot_tell : read_at_hand(file, total);
         if (read == File::would_wait) {
-            window.emplace(file).move_to(total);
-            if (listener.waiting) {
-                listener.waiting();
-            }
+            waits = true;
+            tell(listener.waiting);
+        }
+        if (waits && total + block_size < size) {
+            tell(listener.reading, total);
         }
         if (read < 0) {
             read = file.read(block_.data(), block_size);
@@ -59,9 +67,6 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
         }
         total += read;
         digest_.add(QByteArrayView(block_.constData(), read));
-        if (window) {
-            window->move_to(total);
-        }
         const int percent = size > 0 ? percent_of(total, size) : shown;
         if (percent != shown) {
             shown = percent;

@@ -38,7 +38,9 @@ class FileHasher final
     {
         std::function<void()> opened;              ///< the file is open, reading begins
         std::function<void(int percent)> progress; ///< a new whole percentage, 0 to 100
-        std::function<void()> waiting = {}; ///< once per file: the drive has to be waited for
+        std::function<void()> waiting = {};        ///< data is not in memory; told once for a file
+        std::function<void(qint64 read)> reading = {}; ///< so many bytes are; after waiting, and
+                                                       ///< while there are more
     };
 
     FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop);

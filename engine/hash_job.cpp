@@ -119,6 +119,7 @@ class Job
             [&] { tell_(FileStarted{path}); },
             [&](int percent) { tell_(FileProgress{percent}); },
             [&] { ahead_.waiting([&] { return route(); }); },
+            [&](qint64 read) { ahead_.reading(path, read); },
         };
         ahead_.reached(path);
         return hasher_.hash(path, listener);

@@ -1,6 +1,6 @@
 #include "engine/read_ahead.h"
 
-#include "engine/exclusions.h"
+#include "engine/file_window.h"
 #include "platform/read_ahead.h"
 
 #include <QMutex>
@@ -29,92 +29,21 @@ constexpr qint64 largest_head = 0x200000;
 // After so many files in a row that are in memory, the next ones will be there as well.
 constexpr int enough_in_memory = 256;
 
-/// Finds out, step by step, what a job will come to.
-class Scout
-{
-  public:
-    Scout(QStringList exclusions, StopFlag stop)
-        : exclusions_(std::move(exclusions)), stop_(std::move(stop))
-    {}
-
-    struct Place
-    {
-        QString path;
-        bool is_dir = false;
-    };
-
-    void take(Route&& route)
-    {
-        route_ = std::move(route);
-        step_ = 0;
-    }
-
-    /// The next place; directories are listed before they are returned. None at the end of the
-    /// route.
-    std::optional<Place> next()
-    {
-        while (!stop_requested(stop_)) {
-            if (route_.directories.empty()) {
-                return next_step();
-            }
-            OpenDirectory& directory = route_.directories.back();
-            if (directory.position == directory.entries.size()) {
-                route_.directories.pop_back();
-                continue;
-            }
-            const Entry entry = directory.entries.at(directory.position++);
-            if (entry.is_dir) {
-                return enter(entry.path);
-            }
-            if (!is_excluded(exclusions_, entry.name)) {
-                return Place{entry.path, false};
-            }
-        }
-        return std::nullopt;
-    }
-
-  private:
-    std::optional<Place> next_step()
-    {
-        while (step_ < route_.steps.size()) {
-            const HashStep& step = route_.steps[step_++];
-            switch (step.kind) {
-            case HashStep::Kind::File:
-                return Place{step.path, false};
-            case HashStep::Kind::Enter:
-                break;
-            case HashStep::Kind::Walk:
-                return enter(step.path);
-            }
-        }
-        return std::nullopt;
-    }
-
-    Place enter(const QString& path)
-    {
-        // The job does not enter a directory below itself either.
-        const auto is_above = [&](const OpenDirectory& open) { return open.path == path; };
-        const auto& open = route_.directories;
-        if (std::none_of(open.begin(), open.end(), is_above)) {
-            route_.directories.push_back(
-                {path, list_directory(path, held_entries, stop_, PathIs::Canonical), 0});
-        }
-        return {path, true};
-    }
-
-    const QStringList exclusions_;
-    const StopFlag stop_;
-    Route route_;
-    size_t step_ = 0;
-};
-
 } // namespace
 
 /// Shared by the job and the thread that reads ahead for it, so that neither outlives it.
 class ReadAhead::Helper
 {
   public:
-    Helper(QStringList exclusions, const StopFlag& stop) : scout_(std::move(exclusions), stop) {}
+    struct Reader
+    {
+        QString path;
+        qint64 offset = 0;
+    };
+
+    Helper(QStringList exclusions, const StopFlag& stop)
+        : stop_(stop), scout_(std::move(exclusions), stop)
+    {}
 
     bool is_at_work() const { return at_work_.load(std::memory_order_relaxed); }
 
@@ -150,6 +79,14 @@ class ReadAhead::Helper
         return !std::exchange(has_thread_, true);
     }
 
+    /// Job: has read so much of this file; of none, when the path is empty.
+    void follow(const Reader& reader)
+    {
+        const QMutexLocker lock(&mutex_);
+        reader_ = reader;
+        wake_.wakeOne();
+    }
+
     /// Job: is over.
     void dismiss()
     {
@@ -161,10 +98,16 @@ class ReadAhead::Helper
     /// Reads ahead until the job is over, in a thread of its own.
     void run()
     {
-        while (wait_for_work()) {
-            const std::optional<Scout::Place> place = scout_.next();
-            if (ask_for(place) && !place->is_dir) {
-                take_note(platform::fetch_head(place->path, largest_head));
+        for (;;) {
+            switch (next_duty()) {
+            case Duty::Window:
+                read_on();
+                break;
+            case Duty::Scout:
+                look_at_next_place();
+                break;
+            case Duty::None:
+                return;
             }
         }
     }
@@ -176,6 +119,8 @@ class ReadAhead::Helper
         qint64 bytes = 0;
     };
 
+    enum class Duty : quint8 { Window, Scout, None };
+
     /// Under the mutex.
     void rest()
     {
@@ -186,18 +131,54 @@ class ReadAhead::Helper
         in_memory_ = 0;
     }
 
-    /// Answers false when the job is over.
-    bool wait_for_work()
+    /// Waits until there is something to do; none when the job is over.
+    Duty next_duty()
     {
         const QMutexLocker lock(&mutex_);
-        while (!over_ && !route_ && (full_ || !is_at_work())) {
+        while (!over_) {
+            const bool stopped = stop_requested(stop_);
+            // What is being read comes before what will be.
+            if (!stopped && (reader_ || window_has_room_)) {
+                return Duty::Window;
+            }
+            if (route_) {
+                scout_.take(std::move(*route_));
+                route_.reset();
+            }
+            if (!stopped && is_at_work() && !full_) {
+                return Duty::Scout;
+            }
             wake_.wait(&mutex_);
         }
-        if (route_) {
-            scout_.take(std::move(*route_));
-            route_.reset();
+        return Duty::None;
+    }
+
+    void read_on()
+    {
+        std::optional<Reader> reader;
+        {
+            const QMutexLocker lock(&mutex_);
+            reader.swap(reader_);
         }
-        return !over_;
+        if (reader && reader->path != window_path_) {
+            window_path_ = reader->path;
+            window_.reset();
+            if (!window_path_.isEmpty()) {
+                window_.emplace(window_path_);
+            }
+        }
+        if (reader && window_) {
+            window_->move_to(reader->offset);
+        }
+        window_has_room_ = window_ && window_->read_on();
+    }
+
+    void look_at_next_place()
+    {
+        const std::optional<Scout::Place> place = scout_.next();
+        if (ask_for(place) && !place->is_dir) {
+            take_note(platform::fetch_head(place->path, largest_head));
+        }
     }
 
     /// Puts the place on the list before it is opened: the job may come to it meanwhile. Answers
@@ -233,6 +214,7 @@ class ReadAhead::Helper
         }
     }
 
+    const StopFlag stop_;
     QMutex mutex_;
     QWaitCondition wake_;
     std::optional<Route> route_; ///< shown and not taken yet
@@ -242,8 +224,14 @@ class ReadAhead::Helper
     bool full_ = false;
     bool has_thread_ = false;
     bool over_ = false;
+    std::optional<Reader> reader_;     ///< where it is now, when the window has not moved there
     std::atomic_bool at_work_ = false; ///< changes under the mutex
-    Scout scout_;                      ///< of the helper's thread
+
+    // of the helper's thread
+    Scout scout_;
+    QString window_path_;
+    std::optional<FileWindow> window_;
+    bool window_has_room_ = false;
 };
 
 ReadAhead::ReadAhead(QStringList exclusions, const StopFlag& stop)
@@ -257,6 +245,10 @@ ReadAhead::~ReadAhead()
 
 void ReadAhead::reached(const QString& path)
 {
+    if (told_ >= 0) {
+        told_ = -1;
+        helper_->follow({});
+    }
     if (helper_->is_at_work()) {
         helper_->pass(path);
     }
@@ -274,6 +266,14 @@ void ReadAhead::waiting(const std::function<Route()>& route)
         helper->run();
         pool->reserveThread();
     });
+}
+
+void ReadAhead::reading(const QString& path, qint64 offset)
+{
+    if (told_ < 0 || offset - told_ >= FileWindow::step) {
+        told_ = offset;
+        helper_->follow({path, offset});
+    }
 }
 
 } // namespace engine

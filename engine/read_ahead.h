@@ -1,35 +1,19 @@
 #pragma once
 
-#include "engine/hash_job.h"
+#include "engine/route.h"
 
 #include <functional>
 #include <memory>
 
 namespace engine {
 
-/// A directory in which a job has work left.
-struct OpenDirectory
-{
-    QString path;
-    QList<Entry> entries;
-    qsizetype position = 0; ///< of the next entry
-};
-
-/// What a job still has to do, in its order: first what is left of the directories that it walks,
-/// the innermost last, then steps of its plan.
-struct Route
-{
-    std::vector<OpenDirectory> directories;
-    std::vector<HashStep> steps;
-};
-
-/// Brings into memory what a job will read next: the heads of the next files, and the directories
-/// that it is going to list. Files that are in memory cost nothing: a helper on the thread pool
-/// starts when the job first has to wait for the drive, and rests as soon as it finds nothing
-/// missing for a while.
+/// Brings into memory what a job will read next: the rest of the file in progress, the heads of the
+/// next files, and the directories that it is going to list. Files that are in memory cost nothing:
+/// a helper on the thread pool starts when the job first has to wait for the drive, and rests as
+/// soon as it finds nothing missing for a while.
 ///
 /// The helper looks only at what the job itself would open, exclusions left out, stays a bounded
-/// number of files and bytes before it, and holds one file open at a time. What it learns goes
+/// number of files and bytes before it, and holds two files open at most. What it learns goes
 /// nowhere: a job says the same with it and without it, and sees every change up to the moment in
 /// which it opens a file.
 ///
@@ -53,9 +37,13 @@ class ReadAhead final
     /// returns.
     void waiting(const std::function<Route()>& route);
 
+    /// The job has read so many bytes of a file for which it had to wait, and has more to read.
+    void reading(const QString& path, qint64 offset);
+
   private:
     class Helper;
     std::shared_ptr<Helper> helper_;
+    qint64 told_ = -1; ///< place in the file in progress that the helper knows of
 };
 
 } // namespace engine

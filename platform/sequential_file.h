@@ -37,6 +37,9 @@ class SequentialFile final
     /// Bytes that the file had when it was opened.
     qint64 size() const { return size_; }
 
+    /// Reads on from this place.
+    void seek(qint64 offset);
+
     /// Reads up to `length` bytes (at most 1 GiB); 0 at the end of the file, -1 on an error.
     qint64 read(char* into, qint64 length);
 

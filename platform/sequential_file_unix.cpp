@@ -80,6 +80,11 @@ bool SequentialFile::open(const QString& path)
     return descriptor != closed;
 }
 
+void SequentialFile::seek(qint64 offset)
+{
+    ::lseek(static_cast<int>(handle_), offset, SEEK_SET);
+}
+
 qint64 SequentialFile::read(char* into, qint64 length)
 {
     ssize_t got = 0;
