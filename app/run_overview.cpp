@@ -1,6 +1,6 @@
 #include "app/run_overview.h"
 
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
 
 #include <QCoreApplication>
 #include <QHBoxLayout>

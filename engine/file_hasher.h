@@ -8,6 +8,10 @@
 
 #include <functional>
 
+namespace platform {
+class SequentialFile;
+}
+
 namespace engine {
 
 /// How the hashing of one file ended.
@@ -34,6 +38,9 @@ class FileHasher final
     {
         std::function<void()> opened;              ///< the file is open, reading begins
         std::function<void(int percent)> progress; ///< a new whole percentage, 0 to 100
+        std::function<void()> waiting = {};        ///< data is not in memory; told once for a file
+        std::function<void(qint64 read)> reading = {}; ///< so many bytes are; after waiting, and
+                                                       ///< while there are more
     };
 
     FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop);
@@ -44,9 +51,12 @@ class FileHasher final
     FileResult hash(const QString& path, const Listener& listener);
 
   private:
+    qint64 read_at_hand(platform::SequentialFile& file, qint64 at);
+
     Digest digest_;
     StopFlag stop_;
     QByteArray block_;
+    int untold_ = 0; ///< blocks of which the system did not tell whether they are in memory
 };
 
 } // namespace engine

@@ -1,9 +1,11 @@
 #include "engine/hash_job.h"
 
 #include "engine/exclusions.h"
+#include "engine/read_ahead.h"
 
 #include <QSet>
 
+#include <algorithm>
 #include <optional>
 
 namespace engine {
@@ -42,12 +44,12 @@ class TreeWalk
     std::optional<Step> next()
     {
         while (!levels_.empty()) {
-            Level& level = levels_.back();
+            OpenDirectory& level = levels_.back();
             if (level.position == level.entries.size()) {
                 leave();
                 continue;
             }
-            Step step{level.row, 0, std::move(level.entries[level.position++]), {}};
+            Step step{rows_.back(), 0, level.entries.at(level.position++), {}};
             step.place =
                 step.entry.is_link ? place_in(level.path, step.entry.name) : step.entry.path;
             if (step.entry.is_dir) {
@@ -67,28 +69,25 @@ class TreeWalk
             return;
         }
         ancestors_.insert(path);
-        levels_.push_back(
-            {row, path, list_directory(path, held_entries, stop_, PathIs::Canonical), 0});
+        levels_.push_back({path, list_directory(path, held_entries, stop_, PathIs::Canonical), 0});
+        rows_.push_back(row);
     }
 
-  private:
-    struct Level
-    {
-        RowId row = 0;
-        QString path;
-        QList<Entry> entries;
-        qsizetype position = 0;
-    };
+    /// The directories entered and not left yet, the innermost last.
+    const std::vector<OpenDirectory>& levels() const { return levels_; }
 
+  private:
     void leave()
     {
         ancestors_.remove(levels_.back().path);
         levels_.pop_back();
+        rows_.pop_back();
     }
 
     RowId& next_row_;
     const StopFlag& stop_;
-    std::vector<Level> levels_;
+    std::vector<OpenDirectory> levels_;
+    std::vector<RowId> rows_; ///< of the levels
     QSet<QString> ancestors_;
 };
 
@@ -97,12 +96,13 @@ class Job
   public:
     Job(const HashPlan& plan, const StopFlag& stop, const std::function<void(JobMessage&&)>& tell)
         : plan_(plan), stop_(stop), tell_(tell), hasher_(plan.algorithm, stop),
-          next_row_(plan.next_row)
+          ahead_(plan.exclusions, stop), next_row_(plan.next_row)
     {}
 
     void run()
     {
         for (const HashStep& step : plan_.steps) {
+            ++begun_steps_;
             switch (step.kind) {
             case HashStep::Kind::File:
                 tell_(FileEnded{step.row, step.path, step.place.isEmpty() ? step.path : step.place,
@@ -127,14 +127,33 @@ class Job
         const FileHasher::Listener listener{
             [&] { tell_(FileStarted{path}); },
             [&](int percent) { tell_(FileProgress{percent}); },
+            [&] { ahead_.waiting([&] { return route(); }); },
+            [&](qint64 read) { ahead_.reading(path, read); },
         };
+        ahead_.reached(path);
         return hasher_.hash(path, listener);
+    }
+
+    /// What comes after the file in progress.
+    Route route() const
+    {
+        const auto begin = plan_.steps.begin() + static_cast<std::ptrdiff_t>(begun_steps_);
+        const size_t left = plan_.steps.size() - begun_steps_;
+        const auto count = static_cast<std::ptrdiff_t>(std::min(left, ReadAhead::steps_of_route));
+        return {walk_ ? walk_->levels() : std::vector<OpenDirectory>(), {begin, begin + count}};
     }
 
     void walk(const HashStep& step)
     {
         tell_(DirectoryReached{step.row});
-        TreeWalk walk(step.row, step.path, next_row_, stop_);
+        ahead_.reached(step.path);
+        TreeWalk& walk = walk_.emplace(step.row, step.path, next_row_, stop_);
+        work_through(walk);
+        walk_.reset();
+    }
+
+    void work_through(TreeWalk& walk)
+    {
         while (!stop_requested(stop_)) {
             std::optional<TreeWalk::Step> found = walk.next();
             if (!found) {
@@ -144,6 +163,7 @@ class Job
                 const QString path = found->entry.path;
                 tell_(DirectoryFound{found->row, found->parent, std::move(found->entry)});
                 tell_(DirectoryReached{found->row});
+                ahead_.reached(path);
                 walk.enter(found->row, path);
             } else if (!is_excluded(plan_.exclusions, found->entry.name)) {
                 FileResult result = hash(found->entry.path);
@@ -157,7 +177,10 @@ class Job
     const StopFlag& stop_;
     const std::function<void(JobMessage&&)>& tell_;
     FileHasher hasher_;
+    ReadAhead ahead_;
     RowId next_row_;
+    size_t begun_steps_ = 0;
+    std::optional<TreeWalk> walk_; ///< in progress
 };
 
 } // namespace
