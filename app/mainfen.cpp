@@ -1,12 +1,20 @@
 #include "app/mainfen.h"
 
+#include "app/message_keeper.h"
+#include "app/pane_access.h"
+#include "dialogs/cut_text_tips.h"
 #include "dialogs/fenopt.h"
 #include "tree/mytreewidget.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QDir>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
+#include <QProgressBar>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -32,17 +40,16 @@ QStringList path_arguments()
 MainFen::MainFen()
 {
     QStringList arguments = path_arguments();
-    // readSettings() opens their directories.
-    tree1 = new MyTreeWidget(this, MyTreeWidget::FirstListing::OnRequest);
-    tree2 = new MyTreeWidget(this, MyTreeWidget::FirstListing::OnRequest);
+    tree1 = new MyTreeWidget(this);
+    tree2 = new MyTreeWidget(this);
     createActions();
     createMenus();
     createToolBars();
     statusBar()->show();
+    message_keeper = new MessageKeeper(*this);
     createLayout();
     readSettings();
     setWindowTitle(u"Tavrel"_s);
-    results_shown = false;
     dispatch_arguments(arguments);
 }
 
@@ -58,57 +65,63 @@ void MainFen::dispatch_arguments(QStringList& arguments)
 
 void MainFen::createActions()
 {
-    const QIcon close_icon(u":/res/close.png"_s);
+    struct Row
+    {
+        QAction* MainFen::*action;
+        const char* text;
+        const char* icon;
+        QKeySequence shortcut;
+        const char* status_tip;
+    };
+    const Row rows[] = {
+        {&MainFen::act_quit, QT_TR_NOOP("Quitter"), "close", QKeySequence(u"Ctrl+Q"_s), nullptr},
+        {&MainFen::act_compare, QT_TR_NOOP("Comparer"), nullptr, QKeySequence(u"Ctrl+F"_s),
+         QT_TR_NOOP("Compare les éléments sélectionnés.")},
+        {&MainFen::act_compare_all, QT_TR_NOOP("Comparer Tout"), nullptr,
+         QKeySequence(u"Ctrl+Shift+F"_s), QT_TR_NOOP("Compare tous les éléments.")},
+        {&MainFen::act_about, QT_TR_NOOP("A Propos..."), nullptr, {}, nullptr},
+        {&MainFen::act_copy, QT_TR_NOOP("Copier le resultat"), nullptr, QKeySequence::Copy,
+         QT_TR_NOOP("Copie le résultat dans le Presse Papier")},
+        {&MainFen::act_copy_all, QT_TR_NOOP("Copier tous les résultats"), nullptr,
+         QKeySequence(u"Ctrl+Shift+C"_s),
+         QT_TR_NOOP("Copie tous les résultat dans le Presse Papier")},
+        {&MainFen::act_options, QT_TR_NOOP("Options..."), nullptr, {}, nullptr},
+        {&MainFen::act_stop, QT_TR_NOOP("Stop"), "close", {}, nullptr},
+        {&MainFen::act_reset, QT_TR_NOOP("Réinitialiser"), "reset", QKeySequence::Refresh,
+         QT_TR_NOOP("Réinitialiser les vues.")},
+        {&MainFen::act_horiz, QT_TR_NOOP("Vues Horizontales."), "horizontal", QKeySequence(u"F2"_s),
+         QT_TR_NOOP("Vues Horizontales.")},
+        {&MainFen::act_verti, QT_TR_NOOP("Vues Verticales."), "vertical", QKeySequence(u"F3"_s),
+         QT_TR_NOOP("Vues Verticales.")},
+    };
+    for (const Row& row : rows) {
+        auto* action = new QAction(tr(row.text), this);
+        if (row.icon) {
+            action->setIcon(QIcon(u":/res/%1.png"_s.arg(QLatin1StringView(row.icon))));
+        }
+        action->setShortcut(row.shortcut);
+        if (row.status_tip) {
+            action->setStatusTip(tr(row.status_tip));
+        }
+        this->*row.action = action;
+    }
+    connect_actions();
+}
 
-    act_quit = new QAction(close_icon, tr("Quitter"), this);
-    act_quit->setShortcut(u"Ctrl+Q"_s);
+void MainFen::connect_actions()
+{
     connect(act_quit, &QAction::triggered, qApp, &QCoreApplication::quit);
-
-    act_compare = new QAction(tr("Comparer"), this);
-    act_compare->setShortcut(u"Ctrl+F"_s);
-    act_compare->setStatusTip(tr("Compare les éléments sélectionnés."));
     connect_start(act_compare);
-
-    act_compare_all = new QAction(tr("Comparer Tout"), this);
-    act_compare_all->setShortcut(u"Ctrl+Shift+F"_s);
-    act_compare_all->setStatusTip(tr("Compare tous les éléments."));
     connect_start(act_compare_all);
-
-    act_about = new QAction(tr("A Propos..."), this);
     connect(act_about, &QAction::triggered, this, &MainFen::Apropos);
-
-    act_copy = new QAction(tr("Copier le resultat"), this);
-    act_copy->setShortcut(QKeySequence::Copy);
-    act_copy->setStatusTip(tr("Copie le résultat dans le Presse Papier"));
-    connect(act_copy, &QAction::triggered, tree1, &MyTreeWidget::cc);
-    connect(act_copy, &QAction::triggered, tree2, &MyTreeWidget::cc);
-
-    act_copy_all = new QAction(tr("Copier tous les résultats"), this);
-    act_copy_all->setShortcut(u"Ctrl+Shift+C"_s);
-    act_copy_all->setStatusTip(tr("Copie tous les résultat dans le Presse Papier"));
-    connect(act_copy_all, &QAction::triggered, tree1, &MyTreeWidget::ccAll);
-    connect(act_copy_all, &QAction::triggered, tree2, &MyTreeWidget::ccAll);
-
-    act_options = new QAction(tr("Options..."), this);
+    for (const MyTreeWidget* pane : {tree1, tree2}) {
+        connect(act_copy, &QAction::triggered, pane, &MyTreeWidget::cc);
+        connect(act_copy_all, &QAction::triggered, pane, &MyTreeWidget::ccAll);
+        connect(act_stop, &QAction::triggered, pane->stop_button, &QPushButton::click);
+    }
     connect(act_options, &QAction::triggered, this, &MainFen::createOptions);
-
-    act_stop = new QAction(close_icon, tr("Stop"), this);
-    connect(act_stop, &QAction::triggered, tree1->stop_button, &QPushButton::click);
-    connect(act_stop, &QAction::triggered, tree2->stop_button, &QPushButton::click);
-
-    act_reset = new QAction(QIcon(u":/res/reset.png"_s), tr("Réinitialiser"), this);
-    act_reset->setShortcut(QKeySequence::Refresh);
-    act_reset->setStatusTip(tr("Réinitialiser les vues."));
     connect(act_reset, &QAction::triggered, this, &MainFen::reinitialiser);
-
-    act_horiz = new QAction(QIcon(u":/res/horizontal.png"_s), tr("Vues Horizontales."), this);
-    act_horiz->setShortcut(u"F2"_s);
-    act_horiz->setStatusTip(tr("Vues Horizontales."));
     connect(act_horiz, &QAction::triggered, this, &MainFen::setSplitOrientHoriz);
-
-    act_verti = new QAction(QIcon(u":/res/vertical.png"_s), tr("Vues Verticales."), this);
-    act_verti->setShortcut(u"F3"_s);
-    act_verti->setStatusTip(tr("Vues Verticales."));
     connect(act_verti, &QAction::triggered, this, &MainFen::setSplitOrientVerti);
 }
 
@@ -136,9 +149,14 @@ void MainFen::createMenus()
 void MainFen::createToolBars()
 {
     toolbar = addToolBar(u"Main"_s);
+    // The window's only menu of its own would hide the tool bar, and nothing would bring it back.
+    setContextMenuPolicy(Qt::NoContextMenu);
     radio_md5 = new QRadioButton(u"MD5"_s);
     radio_md5->setChecked(true);
     radio_sha1 = new QRadioButton(u"SHA1"_s);
+    for (QRadioButton* radio : {radio_md5, radio_sha1}) {
+        radio->setAccessibleDescription(u"MD5/SHA1"_s);
+    }
     toolbar->addWidget(radio_md5);
     toolbar->addWidget(radio_sha1);
     for (QAction* action : {act_compare, act_compare_all, act_stop, act_reset}) {
@@ -161,9 +179,10 @@ QWidget* MainFen::create_pane_container(MyTreeWidget& pane)
 {
     // Buttons without text say what they do by the texts of the actions that do the same.
     pane.stop_button->setToolTip(act_stop->text());
-    pane.stop_button->setAccessibleName(act_stop->text());
     pane.reset_button->setToolTip(act_reset->text());
-    pane.reset_button->setAccessibleName(act_reset->text());
+    name_controls(pane, &pane == tree1 ? 1 : 2);
+    show_cut_texts_as_tips(pane);
+    show_current_row(pane);
 
     auto* container = new QWidget(this);
     auto* column = new QVBoxLayout;
@@ -185,8 +204,15 @@ void MainFen::createLayout()
     splitter = new QSplitter(this);
     splitter->addWidget(create_pane_container(*tree1));
     splitter->addWidget(create_pane_container(*tree2));
+    // Pane by pane: the rule for all of them would be overruled by a saved state.
+    splitter->setCollapsible(0, false);
+    splitter->setCollapsible(1, false);
     restore_view_layout();
     setCentralWidget(splitter);
+    order_tabs(*tree1);
+    QWidget::setTabOrder(tree1, tree2->drive_combo);
+    order_tabs(*tree2);
+    tree1->setFocus();
     make_connections();
 }
 
@@ -255,8 +281,8 @@ void MainFen::setSHA1()
 
 void MainFen::reinitialiser()
 {
-    tree1->Reset();
-    tree2->Reset();
+    tree1->list_anew();
+    tree2->list_anew();
 }
 
 void MainFen::setSplitOrientHoriz()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tree/pane_host.h"
+
 #include <QAction>
 #include <QElapsedTimer>
 #include <QMainWindow>
@@ -11,13 +13,14 @@
 #include <QTreeWidgetItem>
 
 class FenOpt;
+class MessageKeeper;
 class MyTreeWidget;
 class QTranslator;
 
 /// The main window: two directory panes side by side, the actions, and the comparison of what the
 /// panes hashed (mainfen_comparison.cpp). The settings file is read and written in
 /// mainfen_settings.cpp; language and About box stand in mainfen_language.cpp.
-class MainFen : public QMainWindow
+class MainFen : public QMainWindow, public PaneHost
 {
     Q_OBJECT
 
@@ -30,12 +33,15 @@ class MainFen : public QMainWindow
     /// The application's translator, set by its owner before the window is shown.
     QTranslator* translator = nullptr;
 
-    /// Restarts the measurement of the total time.
-    void restart_timer() { timer.start(); }
-
-    /// Whether the panes are being listed anew for a comparison: a job started now would lose its
-    /// rows.
-    bool is_starting() const { return starting; }
+    // What a pane asks of its window (mainfen_host.cpp).
+    void attach(MyTreeWidget& pane) override;
+    void attach(FenCheck& dialog) override;
+    void choose_algorithm(QCryptographicHash::Algorithm algorithm) override;
+    void release_algorithm() override;
+    void restart_timer() override;
+    void show_status(const QString& text) override;
+    bool is_hashing() const override;
+    void pane_released() override;
 
     MyTreeWidget* first_pane() const { return tree1; }
     MyTreeWidget* second_pane() const { return tree2; }
@@ -67,6 +73,7 @@ class MainFen : public QMainWindow
 
   private:
     void createActions();
+    void connect_actions();
     void createMenus();
     void createToolBars();
     void createLayout();
@@ -94,7 +101,9 @@ class MainFen : public QMainWindow
 
     QElapsedTimer timer;
     bool results_shown = false;
-    bool starting = false; ///< while the panes are listed anew for a comparison
+    bool run_judged = true;         ///< no job has started since the last verdict
+    bool compare_postponed = false; ///< a pane was still at work when its end was told
+    MessageKeeper* message_keeper = nullptr;
     QSplitter* splitter = nullptr;
 
     QAction* act_quit = nullptr;

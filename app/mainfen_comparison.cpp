@@ -1,15 +1,17 @@
 // The comparison run: both panes hash, then their rows are paired, marked and summed up.
 
 #include "app/mainfen.h"
+#include "app/message_keeper.h"
 #include "dialogs/fenres.h"
 #include "engine/duration_text.h"
 #include "engine/pairing.h"
+#include "rows/pane_row.h"
+#include "rows/selection.h"
+#include "tree/directory_navigator.h"
 #include "tree/mytreewidget.h"
-#include "tree/pane_row.h"
-#include "tree/selection.h"
 
+#include <QComboBox>
 #include <QHash>
-#include <QScopedValueRollback>
 #include <QStatusBar>
 
 namespace {
@@ -19,7 +21,9 @@ QList<engine::PairingItem> pairing_items(const MyTreeWidget& pane)
     QList<engine::PairingItem> items;
     items.reserve(pane.job_items.size());
     for (const QTreeWidgetItem* row : pane.job_items) {
-        items.append({name_of(*row), checksum_of(*row)});
+        const auto& pane_row = static_cast<const PaneRow&>(*row);
+        items.append(
+            {pane_row.name(), pane_row.checksum(), pane_row.mark() == engine::Mark::Cleared});
     }
     return items;
 }
@@ -64,10 +68,7 @@ QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QStringList& n
 
 void MainFen::reinitialiser_lancer()
 {
-    // The window stays alive while a large directory is listed, so the command may come again.
-    if (starting) {
-        return;
-    }
+    timer.start();
     if (sender() == act_compare_all) {
         start_comparing_all();
     } else {
@@ -77,45 +78,46 @@ void MainFen::reinitialiser_lancer()
 
 void MainFen::start_comparing_selection()
 {
-    timer.start();
     tree1->reset_marks();
     tree2->reset_marks();
     tree1->HashThis();
     tree2->HashThis();
 }
 
+// A pane that is hashing goes on, and its end is compared with that of the other.
 void MainFen::start_comparing_all()
 {
-    // A pane that is hashing could not start over: all files of the other would seem to miss.
-    if (tree1->job_running() || tree2->job_running()) {
-        return;
-    }
-    timer.start();
-    tree2->prepare_reset();
-    {
-        const QScopedValueRollback<bool> started(starting, true);
-        for (MyTreeWidget* pane : {tree1, tree2}) {
-            if (pane->drive_combo->currentText() != tr("Personnalisé")) {
-                pane->Reset();
-            }
+    QList<MyTreeWidget*> idle{tree1, tree2};
+    idle.removeIf([](const MyTreeWidget* pane) { return pane->job_running(); });
+    for (MyTreeWidget* pane : idle) {
+        if (pane->drive_combo->currentText() != tr("Personnalisé")) {
+            pane->list_anew();
         }
     }
-    tree1->HashAll();
-    tree2->HashAll();
+    for (MyTreeWidget* pane : idle) {
+        pane->HashAll();
+    }
 }
 
 void MainFen::compare()
 {
-    if (tree1->job_running() || tree2->job_running() || consume_stop()) {
+    compare_postponed = is_hashing();
+    if (compare_postponed) {
         return;
     }
-    // Both panes' ends bring us here; the message of the first says that the run is compared.
-    if (statusBar()->currentMessage().contains(tr("Temps total : "))) {
+    if (consume_stop()) {
+        run_judged = true; // a run that was stopped gets no verdict
         return;
     }
+    // Both panes' ends bring us here, and so does the end of a run that was judged already.
+    const bool notified = sender() == &tree1->job_watcher || sender() == &tree2->job_watcher;
+    if ((notified && run_judged) || statusBar()->currentMessage().contains(tr("Temps total : "))) {
+        return;
+    }
+    run_judged = true;
     mark_pairs();
     if (timer.isValid()) {
-        statusBar()->showMessage(tr("Temps total : ") + format_time(timer.elapsed()), 2000);
+        message_keeper->show(tr("Temps total : ") + format_time(timer.elapsed()), 2000);
     }
     tree1->job_items.clear();
     tree2->job_items.clear();
@@ -157,14 +159,11 @@ void MainFen::results()
 void MainFen::compare_against(QList<QTreeWidgetItem*> list)
 {
     MyTreeWidget* target = sender() == tree1 ? tree2 : tree1;
-    // The window stays alive while a large directory is listed, so the dropped rows may die.
-    const QStringList names = names_of(list);
-    {
-        const QScopedValueRollback<bool> started(starting, true);
-        tree1->Reset();
-        tree2->Reset();
-    }
-    target->deselect_top_level();
-    select_rows(*target, namesakes(*target, names));
+    tree1->list_anew();
+    tree2->list_anew();
+    target->navigator().when_listed([target, names = names_of(list)] {
+        target->deselect_top_level();
+        select_rows(*target, namesakes(*target, names));
+    });
     target->HashThis();
 }

@@ -1,8 +1,8 @@
 // The two menu commands that leave a file type out and take it back; both panes get the change.
 
 #include "app/mainfen.h"
+#include "rows/pane_row.h"
 #include "tree/mytreewidget.h"
-#include "tree/pane_row.h"
 
 #include <QFileInfo>
 

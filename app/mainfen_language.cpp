@@ -1,7 +1,8 @@
 // The switch between French and English, and the About box.
 
 #include "app/mainfen.h"
-#include "app/product.h"
+#include "app/toolkit_texts.h"
+#include "engine/product.h"
 #include "platform/process_end.h"
 
 #include <QCoreApplication>
@@ -18,6 +19,7 @@ void MainFen::setLang(QString code)
         return;
     }
     lang = code;
+    use_toolkit_texts(code);
     if (translator && code == "en"_L1) {
         [[maybe_unused]] const bool loaded =
             translator->load(QString::fromLatin1(product::english_catalogue));
@@ -55,8 +57,9 @@ void MainFen::Apropos()
 {
     QMessageBox box(QMessageBox::Information, tr("A Propos de Tavrel"), tr(product::about_text),
                     QMessageBox::Ok);
-    const QPixmap logo(u":/res/logo.png"_s);
-    box.setIconPixmap(logo);
-    box.setWindowIcon(QIcon(logo));
+    const QIcon logo(u":/res/logo.png"_s);
+    constexpr int logo_size = 128;
+    box.setIconPixmap(logo.pixmap(logo_size));
+    box.setWindowIcon(logo);
     box.exec();
 }

@@ -2,8 +2,10 @@
 
 #include "app/mainfen.h"
 #include "app/screen_fit.h"
+#include "app/setting_keys.h"
 #include "app/settings_file.h"
 #include "platform/volumes.h"
+#include "tree/directory_navigator.h"
 #include "tree/mytreewidget.h"
 
 #include <QCoreApplication>
@@ -27,6 +29,22 @@ QList<QRect> screen_areas()
     return areas;
 }
 
+struct PaneOption
+{
+    QLatin1StringView key;
+    bool MyTreeWidget::*value;
+};
+
+/// One value each for both panes. The last one is also read earlier, with the layout it decides on.
+constexpr PaneOption pane_options[] = {
+    {setting::copy_name, &MyTreeWidget::ccname},
+    {setting::copy_size, &MyTreeWidget::ccsize},
+    {setting::copy_path, &MyTreeWidget::ccpath},
+    {setting::upper_case, &MyTreeWidget::upper},
+    {setting::keep_directories, &MyTreeWidget::rem_dir},
+    {setting::keep_view, &MyTreeWidget::rem_view},
+};
+
 /// A saved size, unless it is none that a window could have had.
 QSize usable_size(const QSize& saved, const QSize& fallback)
 {
@@ -41,16 +59,20 @@ QSize usable_size(const QSize& saved, const QSize& fallback)
 
 void MainFen::restore_view_layout()
 {
-    const QSettings settings(settings_path(), QSettings::IniFormat);
-    const bool rem_view = settings.value(u"App/rem_view"_s).toBool();
+    const QSettings settings(settings_path_to_read(), QSettings::IniFormat);
+    const bool rem_view = settings.value(setting::keep_view).toBool();
     tree1->rem_view = rem_view;
     tree2->rem_view = rem_view;
     if (!rem_view) {
         setSplitOrientHoriz();
         return;
     }
-    splitter->restoreState(settings.value(u"MainWindow/splitterSizes"_s).toByteArray());
-    if (settings.value(u"MainWindow/views"_s).toInt() == Qt::Horizontal) {
+    splitter->restoreState(settings.value(setting::splitter).toByteArray());
+    // The state may date from a time when a pane could be dragged to nothing.
+    if (splitter->sizes().contains(0)) {
+        splitter->setSizes(splitter->sizes());
+    }
+    if (settings.value(setting::orientation).toInt() == Qt::Horizontal) {
         setSplitOrientHoriz();
     } else {
         setSplitOrientVerti();
@@ -59,61 +81,50 @@ void MainFen::restore_view_layout()
 
 void MainFen::readSettings()
 {
-    QSettings settings(settings_path(), QSettings::IniFormat);
-    settings.beginGroup(u"MainWindow"_s);
+    const QSettings settings(settings_path_to_read(), QSettings::IniFormat);
     const QSize default_size(800, 600);
-    resize(usable_size(settings.value(u"size"_s, default_size).toSize(), default_size));
-    const QVariant saved = settings.value(u"pos"_s);
+    resize(usable_size(settings.value(setting::size, default_size).toSize(), default_size));
+    const QVariant saved = settings.value(setting::position);
     const bool usable = saved.typeId() == QMetaType::QPoint;
     const QPoint position = usable ? saved.toPoint() : QPoint(100, 200);
     move(position_in_sight(position, size(), screen_areas()));
-    lang = settings.value(u"lang"_s).toString();
-    settings.endGroup();
+    lang = settings.value(setting::language).toString();
 
-    settings.beginGroup(u"App"_s);
-    const bool sha1 = settings.value(u"alg"_s).toString() == "SHA1"_L1;
+    const bool sha1 = settings.value(setting::algorithm).toString() == "SHA1"_L1;
     (sha1 ? radio_sha1 : radio_md5)->setChecked(true);
     for (MyTreeWidget* pane : {tree1, tree2}) {
-        pane->ccname = settings.value(u"ccname"_s).toBool();
-        pane->ccsize = settings.value(u"ccsize"_s).toBool();
-        pane->ccpath = settings.value(u"ccpath"_s).toBool();
-        pane->upper = settings.value(u"upper"_s).toBool();
-        pane->rem_dir = settings.value(u"rem_dir"_s).toBool();
-        pane->set_exclus(settings.value(u"exclu"_s).toString());
+        for (const PaneOption& option : pane_options) {
+            pane->*option.value = settings.value(option.key).toBool();
+        }
+        pane->set_exclus(settings.value(setting::exclusions).toString());
     }
-    QString path1 = settings.value(u"tree1"_s).toString();
-    QString path2 = settings.value(u"tree2"_s).toString();
+    QString path1 = settings.value(setting::first_directory).toString();
+    QString path2 = settings.value(setting::second_directory).toString();
     if (!tree1->rem_dir) {
         path1 = platform::root_of_path(path1);
         path2 = platform::root_of_path(path2);
     }
-    tree1->changeModel(path1);
-    tree2->changeModel(path2);
+    tree1->open_directory(path1);
+    tree2->open_directory(path2);
 }
 
 void MainFen::writeSettings()
 {
-    QSettings settings(settings_path(), QSettings::IniFormat);
-    settings.beginGroup(u"MainWindow"_s);
-    settings.setValue(u"size"_s, size());
-    settings.setValue(u"pos"_s, pos());
-    settings.setValue(u"lang"_s, lang);
-    settings.setValue(u"splitterSizes"_s, splitter->saveState());
-    settings.setValue(u"views"_s, static_cast<int>(splitter->orientation()));
-    settings.endGroup();
+    QSettings settings(settings_path_to_write(), QSettings::IniFormat);
+    settings.setValue(setting::size, size());
+    settings.setValue(setting::position, pos());
+    settings.setValue(setting::language, lang);
+    settings.setValue(setting::splitter, splitter->saveState());
+    settings.setValue(setting::orientation, static_cast<int>(splitter->orientation()));
 
-    settings.beginGroup(u"App"_s);
-    settings.setValue(u"alg"_s, radio_md5->isChecked() ? u"MD5"_s : u"SHA1"_s);
+    settings.setValue(setting::algorithm, radio_md5->isChecked() ? u"MD5"_s : u"SHA1"_s);
     // Started on a path, the program keeps the directory that the person had before.
     if (QCoreApplication::arguments().size() <= 1) {
-        settings.setValue(u"tree1"_s, tree1->current_dir().canonicalPath());
+        settings.setValue(setting::first_directory, tree1->navigator().canonical_path());
     }
-    settings.setValue(u"tree2"_s, tree2->current_dir().canonicalPath());
-    settings.setValue(u"ccname"_s, tree1->ccname);
-    settings.setValue(u"ccsize"_s, tree1->ccsize);
-    settings.setValue(u"ccpath"_s, tree1->ccpath);
-    settings.setValue(u"upper"_s, tree1->upper);
-    settings.setValue(u"rem_dir"_s, tree1->rem_dir);
-    settings.setValue(u"rem_view"_s, tree1->rem_view);
-    settings.setValue(u"exclu"_s, tree1->get_exclus());
+    settings.setValue(setting::second_directory, tree2->navigator().canonical_path());
+    for (const PaneOption& option : pane_options) {
+        settings.setValue(option.key, tree1->*option.value);
+    }
+    settings.setValue(setting::exclusions, tree1->get_exclus());
 }

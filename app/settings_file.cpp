@@ -1,6 +1,6 @@
 #include "app/settings_file.h"
 
-#include "app/product.h"
+#include "engine/product.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -19,17 +19,44 @@ bool can_create_files_here()
     return probe.open();
 }
 
+QString local_path()
+{
+    return u"Tavrel.ini"_s;
+}
+
+// Not by the application's identity, which is not yet set when the language is read.
+QString user_folder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + u'/' +
+           QString::fromLatin1(product::organization);
+}
+
+QString user_path()
+{
+    return user_folder() + u'/' + local_path();
+}
+
+/// The settings are written into a new file, which then takes the name of the old one.
+bool can_write_here()
+{
+    QFile file(local_path());
+    return can_create_files_here() && (!file.exists() || file.open(QIODevice::ReadWrite));
+}
+
 } // namespace
 
-QString settings_path()
+QString settings_path_to_read()
 {
-    const QString name = u"Tavrel.ini"_s;
-    if (QFileInfo::exists(name) || can_create_files_here()) {
-        return name;
+    const bool local =
+        can_write_here() || (QFileInfo::exists(local_path()) && !QFileInfo::exists(user_path()));
+    return local ? local_path() : user_path();
+}
+
+QString settings_path_to_write()
+{
+    if (can_write_here()) {
+        return local_path();
     }
-    // Not by the application's identity, which is not yet set when the language is read.
-    QDir folder(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
-    const QString organization = QString::fromLatin1(product::organization);
-    folder.mkpath(organization);
-    return folder.filePath(organization + u'/' + name);
+    QDir().mkpath(user_folder());
+    return user_path();
 }

@@ -2,7 +2,11 @@
 
 #include <QString>
 
-/// Path of the settings file "Tavrel.ini": in the working directory; where that has no such file
-/// and none can be created (a shell may start the program anywhere), in the user's configuration
-/// folder. Looked up anew at every call.
-QString settings_path();
+/// Paths of the settings file "Tavrel.ini", to read it and to write it; looked up anew at every
+/// call.
+///
+/// It lies in the working directory. Where that has no such file and takes none (a shell may start
+/// the program anywhere), it lies in the user's configuration folder. A file in the working
+/// directory that cannot be written is read until there is one in that folder, which then counts.
+QString settings_path_to_read();
+QString settings_path_to_write();

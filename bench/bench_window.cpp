@@ -1,7 +1,7 @@
 #include "bench/bench_window.h"
 
 #include "tree/mytreewidget.h"
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
 
 #include <QEventLoop>
 #include <QTimer>

@@ -1,7 +1,7 @@
 // Shows the real windows at work on sample directories and leaves pictures of them.
 
 #include "app/nofocusproxystyle.h"
-#include "app/product.h"
+#include "engine/product.h"
 #include "app/settings_file.h"
 #include "demo/demo_window.h"
 #include "demo/manual_pictures.h"

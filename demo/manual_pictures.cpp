@@ -8,7 +8,7 @@
 #include "dialogs/fenopt.h"
 #include "dialogs/fenres.h"
 #include "tree/mytreewidget.h"
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
 
 #include <QContextMenuEvent>
 #include <QLineEdit>

@@ -1,16 +1,19 @@
 #include "dialogs/fencheck.h"
 
+#include "dialogs/elided_label.h"
+#include "dialogs/verdict_sign.h"
+
+#include <QAccessible>
 #include <QAction>
 #include <QClipboard>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPainter>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
-#include <QStyle>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -19,46 +22,6 @@ namespace {
 
 constexpr int md5_digits = 32;
 constexpr int sha1_digits = 40;
-
-/// A line of plain text that may hold a long path: it claims a moderate width only and leaves out
-/// the middle of what does not fit, which the tool tip then shows whole.
-class PathLabel final : public QLabel
-{
-  public:
-    explicit PathLabel(const QString& text = {}) : QLabel(text) { setTextFormat(Qt::PlainText); }
-
-    QSize sizeHint() const override { return at_most(QLabel::sizeHint(), 80); }
-    QSize minimumSizeHint() const override { return at_most(QLabel::sizeHint(), 20); }
-
-  protected:
-    bool event(QEvent* event) override
-    {
-        if (event->type() == QEvent::ToolTip) {
-            // As rich text with everything escaped: a tool tip guesses whether it is given markup.
-            setToolTip(shown_text() == text() ? QString() : Qt::convertFromPlainText(text()));
-        }
-        return QLabel::event(event);
-    }
-
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        drawFrame(&painter);
-        style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment()), palette(),
-                              isEnabled(), shown_text(), foregroundRole());
-    }
-
-  private:
-    QString shown_text() const
-    {
-        return fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
-    }
-
-    QSize at_most(QSize size, int characters) const
-    {
-        return size.boundedTo({characters * fontMetrics().averageCharWidth(), size.height()});
-    }
-};
 
 } // namespace
 
@@ -72,12 +35,13 @@ FenCheck::FenCheck(const QString& path, QWidget* parent) : QDialog(parent)
 
 void FenCheck::create_widgets(const QString& path)
 {
-    auto* path_label = new PathLabel(path);
-    path_label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto* path_label = new ElidedLabel(path);
 
-    result_label = new PathLabel;
+    result_label = new ElidedLabel;
     result_label->hide();
     result_label->setIndent(20);
+    // Grows with the dialog, as the verdict is what it is for.
+    result_label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     result_label->setMinimumHeight(3 * result_label->fontMetrics().height());
     result_label->setStyleSheet(
         u"border: 1px solid black; padding: 20px; qproperty-alignment: AlignCenter;"_s);
@@ -178,13 +142,31 @@ void FenCheck::handle_res(QString resultat)
     disconnect(check_button, &QPushButton::clicked, this, &FenCheck::check_clicked);
     connect(check_button, &QPushButton::clicked, this, &QDialog::close);
     check_button->setText(tr("Ok"));
-    check_button->setFocus();
 
-    const bool same = line_edit->text().toLower() == resultat.toLower();
+    show_verdict(line_edit->text().toLower() == resultat.toLower());
+    // Last: a screen reader then finds the verdict on the button.
+    check_button->setFocus();
+}
+
+/// By colour, by sign and to a screen reader.
+void FenCheck::show_verdict(bool same)
+{
     const QString colours = same ? u"background-color: green; color: white"_s
                                  : u"background-color: rgb(220, 70, 70); color: white"_s;
     result_label->setStyleSheet(colours);
     line_edit->setStyleSheet(colours);
+
+    const QString verdict = (same ? QCoreApplication::translate("FenRes", " Tout est OK !")
+                                  : QCoreApplication::translate("FenRes", " Il y a des erreurs."))
+                                .trimmed();
+    const QIcon sign = verdict_sign(same, Qt::white);
+    result_label->set_sign(sign);
+    line_edit->addAction(sign, QLineEdit::LeadingPosition)->setText(verdict);
+    result_label->setAccessibleName(verdict + u' ' + result_label->text());
+    line_edit->setAccessibleDescription(verdict);
+    check_button->setAccessibleDescription(verdict);
+    QAccessibleEvent alert(result_label, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void FenCheck::cc()

@@ -3,7 +3,7 @@
 #include <QDialog>
 #include <QFutureWatcher>
 
-class QLabel;
+class ElidedLabel;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -58,10 +58,11 @@ class FenCheck : public QDialog
   private:
     void create_widgets(const QString& path);
     void make_connections();
+    void show_verdict(bool same);
 
-    QPushButton* check_button;
-    QPushButton* cancel_button;
-    QLineEdit* line_edit;
-    QLabel* result_label;
-    QProgressBar* progress_bar;
+    QPushButton* check_button = nullptr;
+    QPushButton* cancel_button = nullptr;
+    QLineEdit* line_edit = nullptr;
+    ElidedLabel* result_label = nullptr;
+    QProgressBar* progress_bar = nullptr;
 };

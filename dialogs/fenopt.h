@@ -49,14 +49,14 @@ class FenOpt : public QDialog
     QGroupBox* create_language_group();
     void create_copy_group();
 
-    QGroupBox* copy_group;
-    QCheckBox* cb_name;
-    QCheckBox* cb_size;
-    QCheckBox* cb_path;
-    QCheckBox* cb_upper;
-    QCheckBox* cb_rem_dir;
-    QCheckBox* cb_rem_view;
-    QCheckBox* cb_hash;
-    QComboBox* lang_combo;
-    QLineEdit* exclu_edit;
+    QGroupBox* copy_group = nullptr;
+    QCheckBox* cb_name = nullptr;
+    QCheckBox* cb_size = nullptr;
+    QCheckBox* cb_path = nullptr;
+    QCheckBox* cb_upper = nullptr;
+    QCheckBox* cb_rem_dir = nullptr;
+    QCheckBox* cb_rem_view = nullptr;
+    QCheckBox* cb_hash = nullptr;
+    QComboBox* lang_combo = nullptr;
+    QLineEdit* exclu_edit = nullptr;
 };

@@ -1,67 +1,59 @@
 #include "dialogs/fenres.h"
 
-#include "tree/pane_row.h"
+#include "dialogs/line_view.h"
+#include "rows/pane_row.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
-#include <QListView>
 #include <QPushButton>
 #include <QStringListModel>
-#include <QStyledItemDelegate>
-#include <QTreeWidgetItemIterator>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
+using engine::Mark;
 
 namespace {
 
-/// Gives all lines of a list the size of the longest one, so that none is cut off and none but
-/// that one is measured: a list may have 100,000 lines.
-class LongestLineDelegate final : public QStyledItemDelegate
+LineView* create_view()
 {
-  public:
-    LongestLineDelegate(const QStringList& lines, QObject* parent) : QStyledItemDelegate(parent)
-    {
-        const auto shorter = [](const QString& a, const QString& b) { return a.size() < b.size(); };
-        const auto longest = std::max_element(lines.begin(), lines.end(), shorter);
-        longest_row = static_cast<int>(longest - lines.begin());
-    }
-
-    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
-    {
-        return QStyledItemDelegate::sizeHint(option, index.siblingAtRow(longest_row));
-    }
-
-  private:
-    int longest_row;
-};
-
-QListView* create_view()
-{
-    auto* view = new QListView;
+    auto* view = new LineView;
     view->setMinimumWidth(400);
-    view->setUniformItemSizes(true);
-    // The most characters are not always the widest: what is still too long keeps both its ends.
-    view->setTextElideMode(Qt::ElideMiddle);
     return view;
 }
 
-void show_lines(QListView* view, QStringListModel* model, const QStringList& lines)
+void show_lines(LineView* view, QStringListModel* model, const QStringList& lines)
 {
+    const auto shorter = [](const QString& a, const QString& b) { return a.size() < b.size(); };
+    const auto longest = std::max_element(lines.begin(), lines.end(), shorter);
+    view->set_longest(static_cast<int>(longest - lines.begin()));
     model->setStringList(lines);
-    view->setItemDelegate(new LongestLineDelegate(lines, view));
 }
 
-/// Calls `visit` for every item, parents before their children, collapsed branches included.
+/// Calls `visit` for every row, parents before their children, collapsed branches included.
 template<typename Visit>
-void for_each_item(QTreeWidget* tree, Visit visit)
+void for_each_row(const QTreeWidgetItem& parent, const Visit& visit)
 {
-    for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        visit(**it);
+    for (int i = 0; i < parent.childCount(); ++i) {
+        const auto& row = static_cast<const PaneRow&>(*parent.child(i));
+        visit(row);
+        if (row.childCount() > 0) {
+            for_each_row(row, visit);
+        }
     }
+}
+
+/// Allocates once, where operator+ does so twice: there may be 500,000 of them.
+QString with_arrow(const QString& path, QLatin1StringView arrow)
+{
+    QString entry;
+    entry.reserve(path.size() + arrow.size());
+    entry += path;
+    entry += arrow;
+    return entry;
 }
 
 QString as_lines(const QStringList& entries)
@@ -124,6 +116,8 @@ FenRes::FenRes(QWidget* parent, QTreeWidget* tree1, QTreeWidget* tree2) : QDialo
         verdict->setText(verdict->text() + tr(" Tout est OK !"));
         verdict->setStyleSheet(u"QLabel { background-color : green; color: white }"_s);
     }
+    // What has the focus is what a screen reader says first.
+    ok_button->setAccessibleDescription(verdict->text());
     if (any_different) {
         show_lines(diff_view, diff_model, list_diff);
     }
@@ -136,22 +130,18 @@ FenRes::FenRes(QWidget* parent, QTreeWidget* tree1, QTreeWidget* tree2) : QDialo
 
 void FenRes::read_marks(QTreeWidget* tree1, QTreeWidget* tree2)
 {
-    const QBrush different(Qt::red, Qt::SolidPattern);
-    const QBrush no_partner(Qt::yellow, Qt::SolidPattern);
-
-    for_each_item(tree1, [&](const QTreeWidgetItem& item) {
-        const QBrush mark = item.background(ColSize);
-        if (mark == different) {
-            list_diff.append(path_of(item));
-        } else if (mark == no_partner) {
-            list_missing.append(path_of(item) + " --> "_L1);
+    for_each_row(*tree1->invisibleRootItem(), [&](const PaneRow& row) {
+        if (row.mark() == Mark::Different) {
+            list_diff.append(row.path());
+        } else if (row.mark() == Mark::NoPartner) {
+            list_missing.append(with_arrow(row.path(), " --> "_L1));
         }
     });
     list_missing.append(u"---------------"_s);
     // A difference is listed once, by its file in the first pane.
-    for_each_item(tree2, [&](const QTreeWidgetItem& item) {
-        if (item.background(ColSize) == no_partner) {
-            list_missing.append(path_of(item) + " <-- "_L1);
+    for_each_row(*tree2->invisibleRootItem(), [&](const PaneRow& row) {
+        if (row.mark() == Mark::NoPartner) {
+            list_missing.append(with_arrow(row.path(), " <-- "_L1));
         }
     });
 }

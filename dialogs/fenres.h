@@ -9,7 +9,8 @@ class QTreeWidget;
 /// by side under a coloured verdict, with a button that copies both lists.
 ///
 /// It takes its snapshot in the constructor, from the marks that the comparison left in the trees;
-/// later changes to the trees do not reach it. Lives in the GUI thread.
+/// later changes to the trees do not reach it. Every item of the trees is a PaneRow. Lives in the
+/// GUI thread.
 class FenRes : public QDialog
 {
     Q_OBJECT

@@ -1,6 +1,8 @@
 #include "engine/checksum_file.h"
 
-#include <QDir>
+#include "platform/new_file.h"
+#include "platform/sequential_file.h"
+
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QStringEncoder>
@@ -17,8 +19,6 @@ namespace {
 // Digest and name of the longest line that can name a file are far shorter.
 constexpr qsizetype longest_line = 0x10000;
 
-constexpr qint64 chunk_characters = 0x4000;
-
 constexpr qsizetype shortest_digest = 32;
 
 bool is_hex_digit(QChar c)
@@ -31,73 +31,63 @@ bool is_digest(QStringView word)
     return word.size() >= shortest_digest && std::all_of(word.begin(), word.end(), is_hex_digit);
 }
 
-/// Splits decoded text into lines and drops those that are too long to be kept in memory.
-class LineReader
+bool has_line_break(const QString& name)
 {
-  public:
-    explicit LineReader(QIODevice& device) : stream_(&device)
-    {
-        stream_.setEncoding(QStringConverter::System);
-    }
+    return name.contains(u'\n') || name.contains(u'\r');
+}
 
-    bool next(QString& line)
-    {
-        line.clear();
-        bool whole = true;
-        while (fill()) {
-            const qsizetype end = chunk_.indexOf(u'\n', position_);
-            const qsizetype stop = end < 0 ? chunk_.size() : end;
-            whole = whole && line.size() + stop - position_ <= longest_line;
-            if (whole) {
-                line += QStringView(chunk_).sliced(position_, stop - position_);
-            }
-            position_ = end < 0 ? stop : stop + 1;
-            if (end >= 0 && whole) {
-                strip_carriage_return(line);
-                return true;
-            }
-            if (end >= 0) {
-                line.clear();
-                whole = true;
-            }
+QString escaped(QString name)
+{
+    return name.replace(u'\\', "\\\\"_L1).replace(u'\n', "\\n"_L1).replace(u'\r', "\\r"_L1);
+}
+
+/// The name that an escaped one stands for; nothing when it is none.
+std::optional<QString> unescaped(QStringView text)
+{
+    QString name;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u'\\') {
+            name += text[i];
+            continue;
         }
-        return whole && !line.isEmpty();
-    }
-
-  private:
-    bool fill()
-    {
-        if (position_ == chunk_.size()) {
-            chunk_ = stream_.read(chunk_characters);
-            position_ = 0;
+        const QChar code = ++i < text.size() ? text[i] : QChar();
+        if (code != u'\\' && code != u'n' && code != u'r') {
+            return std::nullopt;
         }
-        return !chunk_.isEmpty();
+        name += code == u'n' ? u'\n' : code == u'r' ? u'\r' : u'\\';
     }
+    return name;
+}
 
-    static void strip_carriage_return(QString& line)
-    {
-        if (line.endsWith(u'\r')) {
-            line.chop(1);
+/// Reads the next line that is no longer than a line can be; false at the end.
+bool read_line(QTextStream& stream, QString& line, const StopFlag& stop)
+{
+    bool skipping = false;
+    while (!stop_requested(stop) && stream.readLineInto(&line, longest_line + 1)) {
+        const bool piece = line.size() > longest_line;
+        if (!piece && !skipping) {
+            return true;
         }
+        skipping = piece;
     }
-
-    QTextStream stream_;
-    QString chunk_;
-    qsizetype position_ = 0;
-};
+    return false;
+}
 
 } // namespace
 
 QString checksum_line(const QString& digest, const QString& name)
 {
-    return digest.toLower() + u"  "_s + name + u'\n';
+    const QString line = digest.toLower() + u"  "_s;
+    return has_line_break(name) ? u'\\' + line + escaped(name) + u'\n' : line + name + u'\n';
 }
 
 bool parse_checksum_line(const QString& line, ChecksumEntry& entry)
 {
     const auto is_blank = [](QChar c) { return c.isSpace(); };
-    const auto blank = std::find_if(line.begin(), line.end(), is_blank);
-    const QStringView digest(line.begin(), blank);
+    const bool is_escaped = line.startsWith(u'\\');
+    const auto begin = line.begin() + (is_escaped ? 1 : 0);
+    const auto blank = std::find_if(begin, line.end(), is_blank);
+    const QStringView digest(begin, blank);
     if (!is_digest(digest)) {
         return false;
     }
@@ -105,25 +95,87 @@ bool parse_checksum_line(const QString& line, ChecksumEntry& entry)
     if (name.startsWith(u'*')) {
         name = name.sliced(1);
     }
-    entry = {digest.toString(), name.toString()};
-    return true;
+    const std::optional<QString> plain = is_escaped ? unescaped(name) : name.toString();
+    entry = {digest.toString(), plain.value_or(QString())};
+    return plain.has_value();
 }
 
-QMap<QString, QString> read_checksum_file(QIODevice& device, const QString& directory)
+ExpectedDigests::ExpectedDigests(const QString& directory)
+    : prefix_(QFileInfo(directory).canonicalFilePath())
 {
-    QString prefix = QFileInfo(directory).canonicalFilePath();
-    if (!prefix.endsWith(u'/')) {
-        prefix += u'/';
+    if (!prefix_.endsWith(u'/')) {
+        prefix_ += u'/';
     }
-    QMap<QString, QString> digests;
+}
+
+void ExpectedDigests::add(const ChecksumEntry& entry)
+{
+    lines_.push_back({names_.size(), digests_.size(), static_cast<int>(entry.name.size()),
+                      static_cast<int>(entry.digest.size())});
+    names_ += entry.name;
+    digests_ += entry.digest.toLatin1();
+}
+
+QStringView ExpectedDigests::name_of(const Line& line) const
+{
+    return QStringView(names_).sliced(line.name, line.name_size);
+}
+
+void ExpectedDigests::close()
+{
+    // The last of each name first, so that it is the one that stays.
+    std::reverse(lines_.begin(), lines_.end());
+    std::stable_sort(lines_.begin(), lines_.end(), [this](const Line& a, const Line& b) {
+        return name_of(a).compare(name_of(b)) < 0;
+    });
+    const auto same = [this](const Line& a, const Line& b) { return name_of(a) == name_of(b); };
+    lines_.erase(std::unique(lines_.begin(), lines_.end(), same), lines_.end());
+}
+
+QString ExpectedDigests::path(qsizetype index) const
+{
+    return prefix_ + name_of(lines_[static_cast<size_t>(index)]).toString();
+}
+
+QString ExpectedDigests::digest(qsizetype index) const
+{
+    const Line& line = lines_[static_cast<size_t>(index)];
+    return QString::fromLatin1(digests_.constData() + line.digest, line.digest_size);
+}
+
+bool ExpectedDigests::contains(const QString& path) const
+{
+    if (!path.startsWith(prefix_)) {
+        return false;
+    }
+    const QStringView name = QStringView(path).sliced(prefix_.size());
+    const auto found = std::lower_bound(
+        lines_.begin(), lines_.end(), name,
+        [this](const Line& line, QStringView wanted) { return name_of(line).compare(wanted) < 0; });
+    return found != lines_.end() && name_of(*found) == name;
+}
+
+std::optional<ExpectedDigests> read_checksum_file(const QString& path, const StopFlag& stop)
+{
+    QFile file;
+    if (!platform::open_regular(file, path)) {
+        return std::nullopt;
+    }
+    ExpectedDigests expected(QFileInfo(path).path());
+    QTextStream stream(&file);
+    stream.setEncoding(QStringConverter::System);
     ChecksumEntry entry;
     QString line;
-    for (LineReader reader(device); reader.next(line);) {
+    while (read_line(stream, line, stop)) {
         if (parse_checksum_line(line, entry)) {
-            digests.insert(prefix + entry.name, entry.digest);
+            expected.add(entry);
         }
     }
-    return digests;
+    if (file.error() != QFileDevice::NoError) {
+        return std::nullopt;
+    }
+    expected.close();
+    return expected;
 }
 
 QByteArray encode_checksum_text(const QString& text)
@@ -133,16 +185,18 @@ QByteArray encode_checksum_text(const QString& text)
 
 bool write_checksum_file(const QString& path, const QString& text, Replace replace)
 {
+    const QByteArray bytes = encode_checksum_text(text);
+    if (replace == Replace::No) {
+        return platform::write_new_file(path, bytes);
+    }
     QSaveFile file(path);
     // A file that may be written stands for itself where its directory takes no new one.
-    file.setDirectWriteFallback(replace == Replace::Yes);
+    file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly)) {
         return false;
     }
     // commit() does not hear of an error that befalls it when it empties the buffer itself.
-    const QByteArray bytes = encode_checksum_text(text);
-    const bool whole = file.write(bytes) == bytes.size() && file.flush();
-    if (!whole || (replace == Replace::No && QFileInfo::exists(path))) {
+    if (file.write(bytes) != bytes.size() || !file.flush()) {
         file.cancelWriting();
     }
     return file.commit();

@@ -26,11 +26,8 @@ class Digest final
     void add(QByteArrayView bytes);
 
     /// Ends the message and returns its digest in lowercase hexadecimal (32 digits for MD5, 40 for
-    /// SHA1). Only reset() may follow.
+    /// SHA1); empty when the system could not compute it. Only reset() may follow.
     QByteArray result_hex();
-
-    /// Which implementation this build uses, for reports and benchmarks.
-    static const char* implementation();
 
   private:
     struct State;

@@ -8,12 +8,14 @@
 
 namespace engine {
 
+// Every call may fail, and a digest of which a part is missing would be a wrong one.
 // BCryptHashData counts in ULONG and wants writable memory, though it only reads it.
 struct Digest::State
 {
     BCRYPT_ALG_HANDLE provider = nullptr;
     BCRYPT_HASH_HANDLE hash = nullptr;
-    ULONG size = 0; ///< bytes of the digest
+    ULONG size = 0;    ///< bytes of the digest
+    bool good = false; ///< nothing has failed since the last reset
 
     ~State()
     {
@@ -43,29 +45,29 @@ void Digest::reset()
         BCryptDestroyHash(state_->hash);
         state_->hash = nullptr;
     }
-    if (state_->provider) {
-        BCryptCreateHash(state_->provider, &state_->hash, nullptr, 0, nullptr, 0, 0);
-    }
+    state_->good =
+        state_->provider && BCRYPT_SUCCESS(BCryptCreateHash(state_->provider, &state_->hash,
+                                                            nullptr, 0, nullptr, 0, 0));
 }
 
 void Digest::add(QByteArrayView bytes)
 {
     auto* data = reinterpret_cast<PUCHAR>(const_cast<char*>(bytes.data()));
-    BCryptHashData(state_->hash, data, static_cast<ULONG>(bytes.size()), 0);
+    state_->good =
+        state_->good &&
+        BCRYPT_SUCCESS(BCryptHashData(state_->hash, data, static_cast<ULONG>(bytes.size()), 0));
 }
 
 QByteArray Digest::result_hex()
 {
     std::array<unsigned char, 20> bytes{};
-    BCryptFinishHash(state_->hash, bytes.data(), state_->size, 0);
+    if (!state_->good ||
+        !BCRYPT_SUCCESS(BCryptFinishHash(state_->hash, bytes.data(), state_->size, 0))) {
+        return {};
+    }
     return QByteArray(reinterpret_cast<const char*>(bytes.data()),
                       static_cast<qsizetype>(state_->size))
         .toHex();
-}
-
-const char* Digest::implementation()
-{
-    return "Windows CNG";
 }
 
 } // namespace engine

@@ -24,6 +24,7 @@ struct Digest::State
 
     std::unique_ptr<EVP_MD_CTX, FreeContext> context;
     QCryptographicHash fallback;
+    bool good = true; ///< nothing has failed since the last reset
 };
 
 Digest::Digest(QCryptographicHash::Algorithm algorithm) : state_(new State(algorithm))
@@ -44,7 +45,7 @@ void Digest::reset()
         return;
     }
     // A null type keeps the algorithm: looking it up anew takes locks that two jobs would share.
-    EVP_DigestInit_ex(state_->context.get(), nullptr, nullptr);
+    state_->good = EVP_DigestInit_ex(state_->context.get(), nullptr, nullptr) == 1;
 }
 
 void Digest::add(QByteArrayView bytes)
@@ -53,7 +54,8 @@ void Digest::add(QByteArrayView bytes)
         state_->fallback.addData(bytes);
         return;
     }
-    EVP_DigestUpdate(state_->context.get(), bytes.data(), static_cast<size_t>(bytes.size()));
+    state_->good &= EVP_DigestUpdate(state_->context.get(), bytes.data(),
+                                     static_cast<size_t>(bytes.size())) == 1;
 }
 
 QByteArray Digest::result_hex()
@@ -63,14 +65,11 @@ QByteArray Digest::result_hex()
     }
     std::array<unsigned char, EVP_MAX_MD_SIZE> bytes;
     unsigned int size = 0;
-    EVP_DigestFinal_ex(state_->context.get(), bytes.data(), &size);
+    if (!state_->good || EVP_DigestFinal_ex(state_->context.get(), bytes.data(), &size) != 1) {
+        return {};
+    }
     return QByteArray(reinterpret_cast<const char*>(bytes.data()), static_cast<qsizetype>(size))
         .toHex();
-}
-
-const char* Digest::implementation()
-{
-    return "OpenSSL libcrypto";
 }
 
 } // namespace engine

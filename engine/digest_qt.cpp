@@ -28,9 +28,4 @@ QByteArray Digest::result_hex()
     return state_->hash.result().toHex();
 }
 
-const char* Digest::implementation()
-{
-    return "QCryptographicHash";
-}
-
 } // namespace engine

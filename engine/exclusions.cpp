@@ -28,4 +28,15 @@ bool is_excluded(const QStringList& suffixes, const QString& path)
     return !suffixes.isEmpty() && suffixes.contains(QFileInfo(path).suffix(), Qt::CaseInsensitive);
 }
 
+void exclude_checksum_files(QStringList& suffixes)
+{
+    suffixes << u"sha1"_s << u"md5"_s;
+}
+
+void include_checksum_files(QStringList& suffixes)
+{
+    suffixes.removeOne(u"sha1"_s);
+    suffixes.removeOne(u"md5"_s);
+}
+
 } // namespace engine

@@ -15,4 +15,9 @@ QString format_exclusions(const QStringList& suffixes);
 /// name) stands in the list, whatever the case.
 bool is_excluded(const QStringList& suffixes, const QString& path);
 
+/// Leaves checksum files out while they are written or verified by, and takes back what that added:
+/// one entry of each kind.
+void exclude_checksum_files(QStringList& suffixes);
+void include_checksum_files(QStringList& suffixes);
+
 } // namespace engine

@@ -50,7 +50,9 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
         listener.progress(100);
         return {FileOutcome::Stopped, {}};
     }
-    return {FileOutcome::Digested, QString::fromLatin1(digest_.result_hex())};
+    const QByteArray digest = digest_.result_hex();
+    return {digest.isEmpty() ? FileOutcome::Unreadable : FileOutcome::Digested,
+            QString::fromLatin1(digest)};
 }
 
 } // namespace engine

@@ -13,7 +13,7 @@ namespace engine {
 /// How the hashing of one file ended.
 enum class FileOutcome : quint8 {
     Digested,   ///< the digest is there
-    Unreadable, ///< the file could not be opened
+    Unreadable, ///< the file could not be opened, or its digest not be computed
     Stopped,    ///< the flag was raised before the end
 };
 

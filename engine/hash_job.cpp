@@ -10,6 +10,11 @@ namespace engine {
 
 namespace {
 
+QString place_in(const QString& directory, const QString& name)
+{
+    return directory.endsWith(u'/') ? directory + name : directory + u'/' + name;
+}
+
 /// Walks one directory tree, depth first, subdirectories before files.
 ///
 /// The open levels stand in a list instead of on the call stack: a tree may be thousands of levels
@@ -29,6 +34,7 @@ class TreeWalk
         RowId parent = 0;
         RowId row = 0; ///< number given to a directory
         Entry entry;
+        QString place; ///< the entry under its own name in its directory
     };
 
     /// The next entry of the walk; none at its end. A directory is entered as soon as it was
@@ -41,7 +47,9 @@ class TreeWalk
                 leave();
                 continue;
             }
-            Step step{level.row, 0, std::move(level.entries[level.position++])};
+            Step step{level.row, 0, std::move(level.entries[level.position++]), {}};
+            step.place =
+                step.entry.is_link ? place_in(level.path, step.entry.name) : step.entry.path;
             if (step.entry.is_dir) {
                 step.row = next_row_++;
             }
@@ -97,7 +105,8 @@ class Job
         for (const HashStep& step : plan_.steps) {
             switch (step.kind) {
             case HashStep::Kind::File:
-                tell_(FileEnded{step.row, step.path, hash(step.path)});
+                tell_(FileEnded{step.row, step.path, step.place.isEmpty() ? step.path : step.place,
+                                hash(step.path)});
                 break;
             case HashStep::Kind::Enter:
                 tell_(DirectoryReached{step.row});
@@ -138,7 +147,8 @@ class Job
                 walk.enter(found->row, path);
             } else if (!is_excluded(plan_.exclusions, found->entry.name)) {
                 FileResult result = hash(found->entry.path);
-                tell_(FileFound{found->parent, std::move(found->entry), std::move(result)});
+                tell_(FileFound{found->parent, std::move(found->entry), std::move(found->place),
+                                std::move(result)});
             }
         }
     }

@@ -30,6 +30,8 @@ struct HashStep
     Kind kind = Kind::File;
     RowId row = 0;
     QString path;
+    /// The file under the name that its directory has for it; the same as `path` when empty.
+    QString place = {};
 };
 
 /// All that a job needs to know, by value: it holds no row, no widget and no pane.
@@ -67,11 +69,12 @@ struct FileProgress
     int percent = 0;
 };
 
-/// A file of the plan is done.
+/// A file of the plan is done. Its place differs from its path only where that leads elsewhere.
 struct FileEnded
 {
     RowId row = 0;
     QString path;
+    QString place;
     FileResult result;
 };
 
@@ -80,6 +83,7 @@ struct FileFound
 {
     RowId parent = 0;
     Entry entry;
+    QString place; ///< as in FileEnded
     FileResult result;
 };
 

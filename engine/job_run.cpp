@@ -77,14 +77,21 @@ class JobRun::Mailbox
     bool closed_ = false;
 };
 
-JobRun::JobRun(HashPlan plan, bool stopped, Handler handler)
-    : handler_(std::move(handler)), stop_(make_stop_flag(stopped)),
+JobRun::JobRun(Handler handler)
+    : handler_(std::move(handler)), stop_(make_stop_flag()),
       mailbox_(std::make_shared<Mailbox>(this)), future_(promise_.future())
 {
     pace_.setSingleShot(true);
     pace_.setTimerType(Qt::PreciseTimer);
     connect(&pace_, &QTimer::timeout, this, &JobRun::deliver);
     promise_.start();
+}
+
+void JobRun::start(HashPlan plan, bool stopped)
+{
+    if (stopped) {
+        stop();
+    }
     QThreadPool* const pool = QThreadPool::globalInstance();
     pool->start([pool, plan = std::move(plan), stop = stop_, mailbox = mailbox_] {
         // A running job does not count: however small the pool, two panes hash side by side, and

@@ -34,9 +34,12 @@ class JobRun final : public QObject
         std::function<void()> ended; ///< after the last message
     };
 
-    /// Starts the job. `stopped` raises the stop flag from the start.
-    JobRun(HashPlan plan, bool stopped, Handler handler);
+    /// A run that is announced: its future reports running, though the work waits for start().
+    explicit JobRun(Handler handler);
     ~JobRun() override;
+
+    /// Begins the work. `stopped` raises the stop flag from the start. Call once.
+    void start(HashPlan plan, bool stopped);
 
     /// Asks the job to end early. The messages until then still arrive.
     void stop();

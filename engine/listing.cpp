@@ -55,6 +55,12 @@ std::vector<qsizetype> display_order(const QList<Entry>& entries)
     std::vector<qsizetype> order = platform::name_order(names);
     std::stable_partition(order.begin(), order.end(),
                           [&](qsizetype i) { return entries[i].is_dir; });
+    // In many locales a name that begins with a blank or a sign comes before it.
+    const auto way_up = std::find_if(order.begin(), order.end(),
+                                     [&](qsizetype i) { return entries[i].name == ".."_L1; });
+    if (way_up != order.end()) {
+        std::rotate(order.begin(), way_up, way_up + 1);
+    }
     return order;
 }
 
@@ -67,7 +73,7 @@ QList<Entry> list_directory(const QString& path, QDir::Filters filters, const St
     QList<Entry> found;
     platform::read_directory(path, filters, [&](platform::DirectoryEntry&& entry) {
         const QString entry_path = canonical.of(entry);
-        found.append({std::move(entry.name), entry_path, entry.size, entry.is_dir});
+        found.append({std::move(entry.name), entry_path, entry.size, entry.is_dir, entry.is_link});
         return !stop_requested(stop);
     });
     if (stop_requested(stop)) {

@@ -15,6 +15,7 @@ struct Entry
     QString path;    ///< canonical path
     qint64 size = 0; ///< bytes; 0 for directories
     bool is_dir = false;
+    bool is_link = false; ///< its path is not its name in the directory that was listed
 };
 
 /// The filters of the two kinds of listing: what a pane shows, which offers the way up, and what
@@ -26,9 +27,9 @@ inline constexpr QDir::Filters held_entries = QDir::Dirs | QDir::Files | QDir::N
 enum class PathIs : quint8 { Any, Canonical };
 
 /// Lists a directory: directories before files, each group by name in the order of the locale, as
-/// QDir::Name | QDir::DirsFirst | QDir::LocaleAware sorts. Entries that are neither files nor
-/// directories are left out; a directory that cannot be read gives an empty list. Safe in any
-/// thread; ends early, with a partial list, when the flag is raised.
+/// QDir::Name | QDir::DirsFirst | QDir::LocaleAware sorts, but ".." before all others. Entries that
+/// are neither files nor directories are left out; a directory that cannot be read gives an empty
+/// list. Safe in any thread; ends early, with a partial list, when the flag is raised.
 QList<Entry> list_directory(const QString& path, QDir::Filters filters,
                             const StopFlag& stop = nullptr, PathIs path_is = PathIs::Any);
 

@@ -64,6 +64,10 @@ PairingResult pair_by_name(const QList<PairingItem>& first, const QList<PairingI
             continue;
         }
         taken[b] = true;
+        if (first[a].checksum.isEmpty() && second[b].checksum.isEmpty() &&
+            (first[a].cleared || second[b].cleared)) {
+            continue;
+        }
         if (same_checksum(first[a].checksum, second[b].checksum)) {
             result.first[a] = result.second[b] = Mark::Identical;
         } else if (!second[b].checksum.isEmpty()) {

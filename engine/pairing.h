@@ -18,7 +18,8 @@ enum class Mark : quint8 {
 struct PairingItem
 {
     QString name;
-    QString checksum; ///< the text of the checksum column, whatever it holds
+    QString checksum;     ///< the text of the checksum column, whatever it holds
+    bool cleared = false; ///< there was a checksum, and it was taken back
 };
 
 /// The verdicts, in the order of the lists that were paired.
@@ -32,8 +33,10 @@ struct PairingResult
 ///
 /// Each item of `first`, in order, takes the first item of `second` that has the same name
 /// (case-sensitive) and no partner yet. Equal checksums make the pair Identical; others make it
-/// Different, unless the second's is empty, which leaves both unmarked. Items without a partner
-/// are NoPartner when they have a checksum. Costs time in proportion to the lists' lengths.
+/// Different, unless the second's is empty, which leaves both unmarked. Two
+/// empty ones of which one was taken back say nothing of the files, and mark nothing. Items without
+/// a partner are NoPartner when they have a checksum. Costs time in proportion to the lists'
+/// lengths.
 PairingResult pair_by_name(const QList<PairingItem>& first, const QList<PairingItem>& second);
 
 } // namespace engine

@@ -11,6 +11,8 @@
 #include <QStandardPaths>
 #include <QTimer>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace platform {
@@ -111,9 +113,24 @@ QString quoted(const QString& path)
     return u'"' + argument + u'"';
 }
 
-QByteArray desktop_entry(const QString& program_path)
+/// A default application that was written down, so that the program does not become it.
+struct KeptDefault
 {
-    const QByteArray types = (checksum_types + general_types).join(';');
+    QByteArray type;
+    QByteArray app;
+};
+
+/// The key of the entry that remembers them, as "type=app;" for each.
+const QByteArray kept_key = "X-Tavrel-Kept=";
+
+/// The entry offers the program for `types` and remembers which defaults were written down.
+QByteArray desktop_entry(const QString& program_path, const QList<QByteArray>& types,
+                         const QList<KeptDefault>& kept)
+{
+    QByteArray kept_value;
+    for (const KeptDefault& each : kept) {
+        kept_value += each.type + '=' + each.app + ';';
+    }
     const QString entry = uR"([Desktop Entry]
 Type=Application
 Version=1.0
@@ -125,10 +142,52 @@ TryExec=%1
 Exec=%2 %F
 MimeType=%3;
 Categories=Utility;FileTools;Qt;
-)"_s;
+%4)"_s;
+    const QByteArray kept_line = kept.isEmpty() ? QByteArray() : kept_key + kept_value + '\n';
     return entry
-        .arg(escaped(program_path), escaped(quoted(program_path)), QString::fromLatin1(types))
+        .arg(escaped(program_path), escaped(quoted(program_path)),
+             QString::fromLatin1(types.join(';')), QString::fromLatin1(kept_line))
         .toUtf8();
+}
+
+/// The value of a key in a desktop entry; empty when it is not there.
+QByteArray value_in(const QString& path, const QByteArray& key)
+{
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly)) {
+        for (const QByteArray& line : file.readAll().split('\n')) {
+            if (line.startsWith(key)) {
+                return line.sliced(key.size()).trimmed();
+            }
+        }
+    }
+    return {};
+}
+
+QList<KeptDefault> kept_defaults()
+{
+    QList<KeptDefault> kept;
+    for (const QByteArray& each : value_in(desktop_entry_path(), kept_key).split(';')) {
+        const qsizetype equals = each.indexOf('=');
+        if (equals > 0) {
+            kept.append({each.first(equals), each.sliced(equals + 1)});
+        }
+    }
+    return kept;
+}
+
+/// Whether the system has installed this very program, with an entry that others than the user see.
+bool is_installed(const QString& program_path)
+{
+    QStringList entries = QStandardPaths::locateAll(QStandardPaths::GenericDataLocation,
+                                                    u"applications/tavrel.desktop"_s);
+    entries.removeAll(desktop_entry_path());
+    return std::any_of(entries.begin(), entries.end(), [&](const QString& entry) {
+        const QString command =
+            QString::fromUtf8(value_in(entry, "Exec=")).section(u' ', 0, 0).remove(u'"');
+        const QString program = QStandardPaths::findExecutable(command);
+        return !program.isEmpty() && QFileInfo(program) == QFileInfo(program_path);
+    });
 }
 
 /// Heavier than what other packages usually say of the same names.
@@ -177,7 +236,9 @@ void change_mime_apps_list(Change change)
     file.close();
     MimeAppsList list(before);
     change(list);
-    if (list.content() != before) {
+    if (list.content().isEmpty()) {
+        QFile::remove(path);
+    } else if (list.content() != before) {
         write_file(path, list.content());
     }
 }
@@ -188,39 +249,64 @@ QByteArray default_application(const QByteArray& type)
         .trimmed();
 }
 
+/// The defaults of the general types that are to stay: where a desktop only guesses the default of
+/// a type, a new entry of the user's comes first in its guess.
+QList<KeptDefault> defaults_to_keep()
+{
+    QList<KeptDefault> kept;
+    for (const QByteArray& type : general_types) {
+        const QByteArray app = default_application(type);
+        if (!app.isEmpty() && app != desktop_id) {
+            kept.append({type, app});
+        }
+    }
+    return kept;
+}
+
+void install_entry(const QString& program_path, const QList<QByteArray>& types,
+                   const QList<KeptDefault>& kept)
+{
+    write_file(desktop_entry_path(), desktop_entry(program_path, types, kept));
+    write_file(mime_package_path(), mime_package());
+    install_icon();
+    refresh_databases();
+}
+
 } // namespace
 
 void register_with_desktop(const QString& program_path)
 {
-    // Where a desktop only guesses the default of a type, a new entry of the user's comes first in
-    // its guess: what it guesses today is made certain, or folders would open in this program.
-    QList<QByteArray> defaults;
-    for (const QByteArray& type : general_types) {
-        defaults.append(default_application(type));
-    }
-
-    write_file(desktop_entry_path(), desktop_entry(program_path));
-    write_file(mime_package_path(), mime_package());
-    install_icon();
-    refresh_databases();
-
+    const bool installed = is_installed(program_path);
+    const QList<KeptDefault> wanted = installed ? QList<KeptDefault>() : defaults_to_keep();
+    QList<QByteArray> types = checksum_types;
+    QList<KeptDefault> kept = kept_defaults();
     change_mime_apps_list([&](MimeAppsList& list) {
         list.allow(desktop_id);
-        for (qsizetype i = 0; i < general_types.size(); ++i) {
-            const bool known = !defaults[i].isEmpty() && defaults[i] != desktop_id;
-            if (known && !list.has_default(general_types[i])) {
-                list.set_default(general_types[i], defaults[i]);
+        for (const KeptDefault& each : wanted) {
+            types.append(each.type);
+            if (!list.has_default(each.type)) {
+                list.set_default(each.type, each.app);
+                kept.append(each);
             }
         }
         for (const QByteArray& type : checksum_types) {
             list.set_default(type, desktop_id);
         }
     });
+    if (!installed) {
+        install_entry(program_path, types, kept);
+    }
 }
 
 void unregister_from_desktop()
 {
-    change_mime_apps_list([](MimeAppsList& list) { list.forget(desktop_id); });
+    change_mime_apps_list([](MimeAppsList& list) {
+        list.forget(desktop_id);
+        for (const KeptDefault& each : kept_defaults()) {
+            list.remove_default(each.type, each.app);
+        }
+        list.drop_empty_sections();
+    });
     for (const QString& path : {desktop_entry_path(), mime_package_path(), icon_path()}) {
         QFile::remove(path);
     }

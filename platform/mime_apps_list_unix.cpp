@@ -96,6 +96,24 @@ void MimeAppsList::set_default(const QByteArray& type, const QByteArray& app)
     lines_[found] = format(entry);
 }
 
+void MimeAppsList::remove_default(const QByteArray& type, const QByteArray& app)
+{
+    const qsizetype found = find(section(defaults), type);
+    if (found >= 0 && parse(lines_[found]).apps == QList<QByteArray>{app}) {
+        lines_.removeAt(found);
+    }
+}
+
+void MimeAppsList::drop_empty_sections()
+{
+    for (qsizetype i = lines_.size() - 1; i >= 0; --i) {
+        const bool last = i + 1 == lines_.size() || lines_[i + 1].startsWith('[');
+        if (lines_[i].startsWith('[') && last) {
+            lines_.removeAt(i);
+        }
+    }
+}
+
 void MimeAppsList::allow(const QByteArray& app)
 {
     remove(section(removed), app);

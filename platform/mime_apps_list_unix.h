@@ -19,6 +19,12 @@ class MimeAppsList final
     /// Puts the application before the others that are named as default of the type.
     void set_default(const QByteArray& type, const QByteArray& app);
 
+    /// Takes back a set_default(), unless it was changed since.
+    void remove_default(const QByteArray& type, const QByteArray& app);
+
+    /// Removes headers with nothing below them.
+    void drop_empty_sections();
+
     /// Takes back that the application was once removed from types.
     void allow(const QByteArray& app);
 

@@ -41,6 +41,10 @@ QString root_of_entry(const QString& entry);
 /// relative path.
 QString root_of_path(const QString& path);
 
+/// The directories that a text which names none may mean, likeliest first: the root of the volume
+/// that a saved path lay on, or the root that an entry of the selector names. Not all may be there.
+QStringList fallback_roots(const QString& text);
+
 /// The first of the entries that stands for the volume of a canonical path, or -1. Windows: the
 /// first that contains the path's first two characters, whatever the case.
 qsizetype find_entry(const QStringList& entries, const QString& canonical_path);

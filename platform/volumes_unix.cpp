@@ -96,8 +96,10 @@ QString volume_entry(const Volume& volume)
 
 QString root_of_entry(const QString& entry)
 {
-    const qsizetype open = entry.indexOf("(/"_L1);
-    return open >= 0 && entry.endsWith(u')') ? entry.sliced(open + 1).chopped(1) : QString();
+    // A label may hold anything; the mount point comes last.
+    const qsizetype open = entry.startsWith("(/"_L1) ? 0 : entry.lastIndexOf(" (/"_L1) + 1;
+    const bool named = entry.sliced(open).startsWith("(/"_L1) && entry.endsWith(u')');
+    return named ? entry.sliced(open + 1).chopped(1) : QString();
 }
 
 QString root_of_path(const QString& path)
@@ -107,6 +109,12 @@ QString root_of_path(const QString& path)
     }
     const QStorageInfo storage(nearest_existing(QDir::cleanPath(path)));
     return storage.isValid() ? storage.rootPath() : u"/"_s;
+}
+
+QStringList fallback_roots(const QString& text)
+{
+    // A label may look like a path.
+    return {root_of_entry(text), root_of_path(text)};
 }
 
 qsizetype find_entry(const QStringList& entries, const QString& canonical_path)

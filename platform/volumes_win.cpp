@@ -56,6 +56,11 @@ QString root_of_path(const QString& path)
     return path.left(3);
 }
 
+QStringList fallback_roots(const QString& text)
+{
+    return {root_of_path(text), root_of_entry(text)};
+}
+
 qsizetype find_entry(const QStringList& entries, const QString& canonical_path)
 {
     const QString letter = canonical_path.left(2);

@@ -1,6 +1,6 @@
 // The English catalogue and the images, as they are compiled into the program.
 
-#include "app/product.h"
+#include "engine/product.h"
 #include "tests/catalogue_source.h"
 #include "tests/test_dir.h"
 
@@ -96,7 +96,7 @@ void TestCatalogue::agrees_with_the_program()
     const QString root = QString::fromLocal8Bit(TAVREL_SOURCES);
     const TestDir dir;
     QStringList arguments = {u"-silent"_s, u"-locations"_s, u"none"_s, u"-I"_s, root};
-    for (const auto* room : {"app", "tree", "engine", "dialogs", "platform"}) {
+    for (const auto* room : {"app", "tree", "rows", "engine", "dialogs", "platform"}) {
         arguments.append(root + u'/' + QString::fromLatin1(room));
     }
     arguments << u"-ts"_s << dir.filePath(u"found.ts"_s);

@@ -3,8 +3,8 @@
 #include "dialogs/fencheck.h"
 #include "dialogs/fenopt.h"
 #include "dialogs/fenres.h"
+#include "rows/pane_row.h"
 #include "tests/test_dir.h"
-#include "tree/pane_row.h"
 
 #include <QAction>
 #include <QCheckBox>

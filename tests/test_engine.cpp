@@ -238,14 +238,14 @@ void TestEngine::run_delivers_everything_before_it_finishes()
     constexpr int files = 3000;
     QList<int> ended;
     bool over = false;
-    engine::JobRun run(plan_for(dir.createFile(u"file"_s, "x"), files), false,
-                       {[&](engine::JobMessage& message) {
+    engine::JobRun run({[&](engine::JobMessage& message) {
                             QCOMPARE(QThread::currentThread(), thread());
                             if (const auto* file = std::get_if<engine::FileEnded>(&message)) {
                                 ended.append(file->row);
                             }
                         },
                         [&] { over = true; }});
+    run.start(plan_for(dir.createFile(u"file"_s, "x"), files), false);
     QVERIFY(run.future().isRunning());
     QFutureWatcher<void> watcher;
     bool finished = false;
@@ -263,10 +263,9 @@ void TestEngine::deleted_run_delivers_nothing()
 {
     TestDir dir;
     bool reached = false;
-    auto run = std::make_unique<engine::JobRun>(
-        plan_for(dir.createFile(u"file"_s, "x"), 100), false,
-        engine::JobRun::Handler{[&](engine::JobMessage&) { reached = true; },
-                                [&] { reached = true; }});
+    auto run = std::make_unique<engine::JobRun>(engine::JobRun::Handler{
+        [&](engine::JobMessage&) { reached = true; }, [&] { reached = true; }});
+    run->start(plan_for(dir.createFile(u"file"_s, "x"), 100), false);
     const QFuture<void> future = run->future();
     run.reset();
     QVERIFY(QThreadPool::globalInstance()->waitForDone(60000));

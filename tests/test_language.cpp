@@ -1,10 +1,10 @@
 // The two languages: the switch with its question, the About box, the restart of the real program,
 // and that nothing of the interface stays behind in French.
 
-#include "app/product.h"
 #include "dialogs/fencheck.h"
 #include "dialogs/fenopt.h"
 #include "dialogs/fenres.h"
+#include "engine/product.h"
 #include "tests/catalogue_source.h"
 #include "tests/modal_driver.h"
 #include "tests/pane_fixture.h"

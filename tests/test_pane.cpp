@@ -1,9 +1,9 @@
 // A pane without jobs: what it consists of, its rows, and its way through the file system.
 
 #include "platform/volumes.h"
+#include "rows/size_text.h"
 #include "tests/modal_driver.h"
 #include "tests/pane_fixture.h"
-#include "tree/size_text.h"
 
 #include <QDir>
 #include <QMessageBox>

@@ -1,47 +1,57 @@
 #include "tree/mytreewidget.h"
 
-#include "app/mainfen.h"
-#include "engine/job_run.h"
-#include "platform/volumes.h"
-#include "tree/background_listing.h"
-#include "tree/icon_cache.h"
-#include "tree/pane_row.h"
+#include "rows/pane_row.h"
+#include "tree/checksum_file_verifier.h"
+#include "tree/checksum_file_writer.h"
+#include "tree/digest_check.h"
+#include "tree/digest_recorder.h"
+#include "tree/directory_navigator.h"
+#include "tree/hash_job_controller.h"
+#include "tree/pane_host.h"
+#include "tree/row_expander.h"
 
+#include <QAction>
+#include <QComboBox>
 #include <QItemSelection>
-#include <QSet>
-
-#include <algorithm>
+#include <QLabel>
+#include <QLineEdit>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
-MyTreeWidget::MyTreeWidget(QWidget* parent, FirstListing first_listing)
-    : QTreeWidget(parent), main_window(qobject_cast<MainFen*>(parent))
+MyTreeWidget::MyTreeWidget(QWidget* parent)
+    : QTreeWidget(parent), main_window(dynamic_cast<PaneHost*>(parent)),
+      recorder_(std::make_unique<DigestRecorder>()),
+      navigator_(std::make_unique<DirectoryNavigator>(*this, *this)),
+      expander_(std::make_unique<RowExpander>(*this)),
+      jobs_(std::make_unique<HashJobController>(*this, *recorder_)),
+      writer_(std::make_unique<ChecksumFileWriter>(*this, *recorder_, *jobs_)),
+      verifier_(std::make_unique<ChecksumFileVerifier>(*this, *recorder_, *jobs_)),
+      check_(std::make_unique<DigestCheck>(*this, *jobs_))
 {
-    create_actions();
-    create_header();
-    dir = QDir(QString());
-    dir.setFilter(engine::shown_entries);
-    dir.setSorting(QDir::Name | QDir::DirsFirst | QDir::LocaleAware);
-    create_controls();
-    fill_drive_combo();
-    dir.setPath(platform::root_of_entry(drive_combo->currentText()));
-    status_label->setText(drive_combo->currentText().left(3));
-    track_rows();
-    if (first_listing == FirstListing::AtOnce) {
-        PopulateView();
+    if (!main_window) {
+        lone_host_ = make_lone_host();
+        main_window = lone_host_.get();
     }
+    create_actions(this);
+    create_header();
+    track_rows();
     configure_view();
     make_connections();
+    // The first drive, unless another directory is opened before anybody can see it.
+    QTimer::singleShot(0, this, [this] {
+        if (navigator_->is_fresh()) {
+            navigator_->reload();
+        }
+    });
 }
 
 MyTreeWidget::~MyTreeWidget()
 {
     // The base class clears its model when our members are gone already.
-    disconnect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this,
-               &MyTreeWidget::forget_rows);
-    disconnect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
-               &MyTreeWidget::forget_all_rows);
-    abandon_listings();
+    model()->disconnect(this);
 }
 
 void MyTreeWidget::create_header()
@@ -55,68 +65,69 @@ void MyTreeWidget::create_header()
     setHeaderItem(header);
 }
 
-void MyTreeWidget::create_controls()
-{
-    drive_combo = new QComboBox;
-    path_edit = new QLineEdit;
-    path_edit->setTextMargins(5, 0, 0, 2);
-    status_label = new QLabel;
-    // File names are shown as they are, whatever markup they look like.
-    status_label->setTextFormat(Qt::PlainText);
-    status_label->setMaximumWidth(600);
-    progress = new QProgressBar;
-
-    constexpr int button_width = 30;
-    stop_button = new QPushButton(QIcon(u":/res/close.png"_s), QString());
-    stop_button->setMaximumWidth(button_width);
-    reset_button = new QPushButton(QIcon(u":/res/reset.png"_s), QString());
-    reset_button->setMaximumWidth(button_width);
-}
-
-void MyTreeWidget::fill_drive_combo()
-{
-    const QList<platform::Volume> volumes = platform::volumes();
-    for (const platform::Volume& volume : volumes) {
-        drive_combo->addItem(IconCache::shared().drive(volume.root),
-                             platform::volume_entry(volume));
-    }
-}
-
 void MyTreeWidget::configure_view()
 {
     setColumnWidth(ColName, 250);
     setColumnWidth(ColSize, 75);
     setColumnWidth(ColHash, 250);
     setColumnHidden(ColPath, true);
-    progress->setBaseSize(300, 50);
-
     setAcceptDrops(true);
     setSelectionBehavior(QAbstractItemView::SelectRows);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setAutoScroll(true);
     // Every row is one line high; asking each of 100,000 would take seconds.
     setUniformRowHeights(true);
+    addActions({act_md5, act_sha1, act_md5_all, act_sha1_all});
 }
 
 void MyTreeWidget::make_connections()
 {
-    connect(drive_combo, &QComboBox::textActivated, this, &MyTreeWidget::changeModel);
-    connect(this, &QTreeWidget::itemActivated, this, &MyTreeWidget::showDir);
-    connect(path_edit, &QLineEdit::returnPressed, this, &MyTreeWidget::retrieve_path_lineedit);
-    connect(this, &QTreeWidget::itemActivated, this, &MyTreeWidget::set_path_lineedit);
-    connect(stop_button, &QPushButton::clicked, this, &MyTreeWidget::stop_thread);
-    connect(reset_button, &QPushButton::clicked, this, &MyTreeWidget::Reset);
-    connect(this, &MyTreeWidget::processing, status_label, &QLabel::setText);
-    connect(this, &MyTreeWidget::prog_bar, progress, &QProgressBar::setValue);
-    connect_main_window();
+    connect_controls();
+    main_window->attach(*this);
     connect_actions();
     connect(this, &MyTreeWidget::alldone, this, &MyTreeWidget::reactivate_all);
     connect(this, &MyTreeWidget::done, status_label, &QLabel::setText);
     qRegisterMetaType<QItemSelection>("QItemSelection");
-    connect(this, &QTreeWidget::itemExpanded, this, &MyTreeWidget::PopulateDir);
+    set_lazy_expansion(true);
     connect(this, &MyTreeWidget::expand_parent, this, &MyTreeWidget::expand_tree);
     qRegisterMetaType<QFileInfo>("QFileInfo");
     connect(this, &MyTreeWidget::icon_req, this, &MyTreeWidget::aff_icon);
+}
+
+void MyTreeWidget::connect_controls()
+{
+    connect(drive_combo, &QComboBox::textActivated, this, &MyTreeWidget::open_directory);
+    connect(this, &QTreeWidget::itemActivated, this, &MyTreeWidget::showDir);
+    connect(path_edit, &QLineEdit::returnPressed, this, &MyTreeWidget::retrieve_path_lineedit);
+    connect(this, &QTreeWidget::itemActivated, this, &MyTreeWidget::set_path_lineedit);
+    connect(stop_button, &QPushButton::clicked, this, &MyTreeWidget::stop_thread);
+    connect(reset_button, &QPushButton::clicked, this, &MyTreeWidget::list_anew);
+    connect(this, &MyTreeWidget::processing, status_label, &QLabel::setText);
+    connect(this, &MyTreeWidget::prog_bar, progress, &QProgressBar::setValue);
+}
+
+void MyTreeWidget::connect_actions()
+{
+    connect(act_md5, &QAction::triggered, this, &MyTreeWidget::HashThis);
+    connect(act_md5_all, &QAction::triggered, this, &MyTreeWidget::HashDir);
+    connect(act_md5_file, &QAction::triggered, this, &MyTreeWidget::cc_file);
+    connect(act_md5_dir_file, &QAction::triggered, this, &MyTreeWidget::cc_all_file);
+    connect(act_sha1, &QAction::triggered, this, &MyTreeWidget::HashThis);
+    connect(act_sha1_all, &QAction::triggered, this, &MyTreeWidget::HashDir);
+    connect(act_sha1_file, &QAction::triggered, this, &MyTreeWidget::cc_file);
+    connect(act_sha1_dir_file, &QAction::triggered, this, &MyTreeWidget::cc_all_file);
+    connect(act_check, &QAction::triggered, this, &MyTreeWidget::checksum);
+    connect(act_explorer, &QAction::triggered, this, &MyTreeWidget::open_explorer);
+    connect(act_autoscroll, &QAction::toggled, this, &MyTreeWidget::set_AutoScroll);
+}
+
+void MyTreeWidget::set_lazy_expansion(bool on)
+{
+    disconnect(this, &QTreeWidget::itemExpanded, this, nullptr);
+    if (on) {
+        connect(this, &QTreeWidget::itemExpanded, this,
+                [this](QTreeWidgetItem* row) { expander_->fill(row); });
+    }
 }
 
 void MyTreeWidget::track_rows()
@@ -140,82 +151,16 @@ void MyTreeWidget::forget_rows(const QModelIndex& parent, int first, int last)
             add_with_children(add_with_children, row);
         }
     }
-    abandon_listings();
     job_items.removeIf([&](QTreeWidgetItem* row) { return dying.contains(row); });
-    job_rows.forget(dying);
-    if (dying.contains(file_row)) {
-        file_row = nullptr;
-    }
+    jobs_->forget(dying);
+    check_->forget(dying);
+    expander_->forget(dying);
 }
 
 void MyTreeWidget::forget_all_rows()
 {
-    // What is still being listed belongs to rows that die now.
-    abandon_listings();
     job_items.clear();
-    job_rows.forget_all();
-    file_row = nullptr;
-}
-
-void MyTreeWidget::changeHeaderMD5(bool on)
-{
-    if (on) {
-        header->setText(ColHash, u"MD5"_s);
-        algo = QCryptographicHash::Md5;
-    }
-}
-
-void MyTreeWidget::changeHeaderSHA1(bool on)
-{
-    if (on) {
-        header->setText(ColHash, u"SHA1"_s);
-        algo = QCryptographicHash::Sha1;
-    }
-}
-
-void MyTreeWidget::unselect_all()
-{
-    clearSelection();
-}
-
-void MyTreeWidget::reactivate_all()
-{
-    unselect_all();
-    drive_combo->setEnabled(true);
-    setAcceptDrops(true);
-    progress->setValue(0);
-}
-
-void MyTreeWidget::reset_marks()
-{
-    QSet<QTreeWidgetItem*> cleared;
-    const auto reset_below = [&](auto&& self, QTreeWidgetItem* row) -> void {
-        if (row->childCount() == 0) {
-            if (!checksum_of(*row).isEmpty()) {
-                static_cast<PaneRow*>(row)->clear_checksum();
-                cleared.insert(row);
-            }
-            return;
-        }
-        for (int i = 0; i < row->childCount(); ++i) {
-            self(self, row->child(i));
-        }
-    };
-    for (int i = 0; i < topLevelItemCount(); ++i) {
-        reset_below(reset_below, topLevelItem(i));
-    }
-    // A job that is still running has nothing to say of these any more: two files that both lost
-    // their checksums would pass for alike at its end.
-    job_items.removeIf([&](QTreeWidgetItem* row) { return cleared.contains(row); });
-    viewport()->update();
-}
-
-void MyTreeWidget::deselect_top_level()
-{
-    if (topLevelItemCount() == 0) {
-        return;
-    }
-    const QItemSelection all(indexFromItem(topLevelItem(0)),
-                             indexFromItem(topLevelItem(topLevelItemCount() - 1)));
-    selectionModel()->select(all, QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+    jobs_->forget_all();
+    check_->forget_all();
+    expander_->cancel();
 }

@@ -24,8 +24,6 @@ class RowTable final
     /// How many numbers are given out.
     engine::RowId size() const { return static_cast<engine::RowId>(rows_.size()); }
 
-    void clear() { rows_.clear(); }
-
     /// These rows die now.
     void forget(const QSet<QTreeWidgetItem*>& rows);
 

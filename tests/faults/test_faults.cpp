@@ -50,7 +50,7 @@ QString finding(Scene& scene, const QString& boxes)
     const QString list = scene.run(u"cat l/l.md5"_s);
     if (list != "old"_L1 &&
         (list.count("  "_L1) == 0 || list.count(u'?') > 1 || !list.trimmed().endsWith(u'|'))) {
-        return u"neither old nor new: "_s + list;
+        return u"neither old nor new: "_s + list + scene.run(u"label L"_s);
     }
     return scene.violation();
 }
@@ -103,10 +103,11 @@ void TestFaults::every_call_fails_once()
         }
     }
     qInfo("%d calls failed", failed);
-    QEXPECT_FAIL("comparison", "a file that cannot be read to its end passes for a shorter one",
-                 Continue);
-    QEXPECT_FAIL("verification", "a list that cannot be read to its end passes for a whole one",
-                 Continue);
+    if (every == 1) {
+        QEXPECT_FAIL("comparison", "a file read in part passes for a shorter one", Continue);
+        QEXPECT_FAIL("writing", "an older list is written over when it cannot be looked at",
+                     Continue);
+    }
     QVERIFY2(findings.isEmpty(), qPrintable(findings.join(u'\n')));
 }
 

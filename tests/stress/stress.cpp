@@ -245,6 +245,8 @@ class User : public QObject
             menu->close();
             return;
         }
+        QTimer::singleShot(below(50), &object,
+                           [&object] { static_cast<QDialog&>(object).reject(); });
         for (QLineEdit* entry : object.findChildren<QLineEdit*>()) {
             entry->setText(any({QString(32, u'0'), u"*.x;é;;*.*"_s}));
         }
@@ -312,7 +314,7 @@ class User : public QObject
             findings_ << (outside_.contains(name) ? QString() : u"written elsewhere: "_s + name);
         }
         findings_.removeAll(QString());
-        scene_.clear_message();
+        scene_.window->statusBar()->clearMessage();
     }
 
     void complain_if(bool wrong, const QString& what, const QTreeWidgetItem& row)

@@ -1,11 +1,14 @@
 #include "tests/support/scene.h"
 
+#include "dialogs/fencheck.h"
 #include "dialogs/fenres.h"
 
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
+#include <QHeaderView>
 #include <QListView>
+#include <QMenu>
 #include <QMessageBox>
 #include <QProcess>
 #include <QRegularExpression>
@@ -44,12 +47,71 @@ Scene::Scene()
 void Scene::look_at_boxes()
 {
     QWidget* modal = QApplication::activeModalWidget();
-    if (auto* box = qobject_cast<QMessageBox*>(modal); box && box->isVisible()) {
+    if (auto* check = qobject_cast<FenCheck*>(modal)) {
+        use(*check);
+    } else if (auto* box = qobject_cast<QMessageBox*>(modal); box && box->isVisible()) {
         boxes_ << u"[%1] %2"_s.arg(box->windowTitle(), told(box->text()));
         box->buttons().constFirst()->click();
     } else if (modal && !box) {
         modal->close(); // the results: they would keep a box below them from being closed
     }
+}
+
+/// Enters the digest, presses the button, and notes what comes of it.
+void Scene::use(FenCheck& dialog)
+{
+    auto* button = dialog.findChild<QPushButton*>();
+    auto* line = dialog.findChild<QLineEdit*>();
+    if (!entry_.isEmpty()) {
+        QTest::keyClicks(line, std::exchange(entry_, QString()));
+        if (!button->isEnabled()) {
+            boxes_ << u"[check] refused"_s;
+            dialog.close();
+        }
+        button->click();
+    } else if (button->isEnabled() && button->text() == u"Ok"_s) {
+        const bool good = line->styleSheet().contains(u"green"_s);
+        boxes_ << (good ? u"[check] right"_s : u"[check] wrong"_s);
+        button->click();
+    }
+}
+
+/// The texts of the context menu, "|" for separators, "-" before what is disabled.
+QString Scene::menu_of(MyTreeWidget& pane)
+{
+    QStringList texts;
+    const std::function<void(const QMenu&)> note = [&](const QMenu& menu) {
+        for (const QAction* action : menu.actions()) {
+            texts << (action->isSeparator()
+                          ? u"|"_s
+                          : (action->isEnabled() ? QString() : u"-"_s) + action->text());
+            if (action->menu()) {
+                texts << u"{"_s;
+                note(*action->menu());
+                texts << u"}"_s;
+            }
+        }
+    };
+    QTimer::singleShot(0, &poll_, [&] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        if (menu) {
+            note(*menu);
+            menu->close();
+        }
+    });
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
+    QCoreApplication::sendEvent(&pane, &event);
+    return texts.join(u' ');
+}
+
+void Scene::press(MyTreeWidget& pane, const QString& key)
+{
+    // An offscreen view takes keys once it has been shown.
+    window->show();
+    QTest::qWait(0);
+    const QKeySequence sequence(key);
+    const auto combination = sequence[0];
+    QTest::keyClick(&pane, combination.key(), combination.keyboardModifiers());
 }
 
 MyTreeWidget& Scene::pane(const Arguments& arguments) const
@@ -63,6 +125,7 @@ QString Scene::told(QString text) const
     static const QRegularExpression time(u"\\d+\\.\\d\\ds"_s);
     return text.replace(working_dir.at() + u'/', u"~"_s)
         .replace(u"/proc/sys/vm/compact_memory"_s, u"unreadable"_s)
+        .replace(working_dir.at(), u"~"_s)
         .replace(time, u"T"_s)
         .trimmed();
 }
@@ -198,7 +261,10 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
         {u"do"_s,
          [](S& s, const A& a) { return action_of(s.pane(a), a[1])->trigger(), QString(); }},
         {u"command"_s,
-         [](S& s, const A& a) { return s.clear_message(), s.action(a[0])->trigger(), QString(); }},
+         [](S& s, const A& a) {
+             s.window->statusBar()->clearMessage();
+             return s.action(a[0])->trigger(), QString();
+         }},
         {u"call"_s,
          [](S& s, const A& a) {
              return QMetaObject::invokeMethod(&s.pane(a), a[1].toUtf8()) ? QString() : u"none"_s;
@@ -218,6 +284,47 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
                             [&](const QString& name) { return s.working_dir.at(name); });
              emit s.window->send_args(paths);
              return QString();
+         }},
+        {u"key"_s, [](S& s, const A& a) { return s.press(s.pane(a), a[1]), QString(); }},
+        {u"current"_s,
+         [](S& s, const A& a) {
+             if (a.size() == 1) {
+                 const QTreeWidgetItem* row = s.pane(a).currentItem();
+                 return row ? name_of(*row) : u"none"_s;
+             }
+             return each_row(s.pane(a), a, [&](auto& row) {
+                 s.pane(a).setCurrentItem(&row, 0, QItemSelectionModel::NoUpdate);
+             });
+         }},
+        {u"type"_s,
+         [](S& s, const A& a) {
+             s.pane(a).path_edit->setText(QDir::toNativeSeparators(s.working_dir.at(a[1])));
+             return QTest::keyClick(s.pane(a).path_edit, Qt::Key_Return), QString();
+         }},
+        {u"check"_s,
+         [](S& s, const A& a) {
+             s.entry_ = a[1];
+             return s.pane(a).act_check->trigger(), QString();
+         }},
+        {u"menu"_s, [](S& s, const A& a) { return s.menu_of(s.pane(a)); }},
+        {u"autoscroll"_s,
+         [](S& s, const A& a) { return s.pane(a).act_autoscroll->trigger(), QString(); }},
+        {u"option"_s,
+         [](S& s, const A& a) {
+             return s.pane(a).setopt(a.contains(u"name"_s), a.contains(u"size"_s),
+                                     a.contains(u"path"_s), false, false, a.contains(u"upper"_s)),
+                    QString();
+         }},
+        {u"copy"_s,
+         [](S& s, const A& a) {
+             s.window->show();
+             s.window->activateWindow();
+             s.pane(a).setFocus();
+             QGuiApplication::clipboard()->setText(u"untouched"_s);
+             s.action(a[1])->trigger();
+             return s.told(QGuiApplication::clipboard()->text())
+                 .replace(u'\n', u'|')
+                 .replace(u'\t', u'^');
          }},
         {u"exclude"_s,
          [](S& s, const A& a) {
@@ -258,6 +365,14 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
              return names.join(u' ');
          }},
         {u"label"_s, [](S& s, const A& a) { return s.told(s.pane(a).status_label->text()); }},
+        {u"path"_s,
+         [](S& s, const A& a) {
+             return s.told(QDir::fromNativeSeparators(s.pane(a).path_edit->text()));
+         }},
+        {u"selector"_s, [](S& s, const A& a) { return s.pane(a).drive_combo->currentText(); }},
+        {u"header"_s, [](S& s, const A& a) { return s.pane(a).headerItem()->text(ColHash); }},
+        /// A command given while the time of the last comparison is still shown.
+        {u"at-once"_s, [](S& s, const A& a) { return s.action(a[0])->trigger(), QString(); }},
         {u"message"_s,
          [](S& s, const A&) { return s.told(s.window->statusBar()->currentMessage()); }},
         {u"exclusions"_s, [](S& s, const A& a) { return s.pane(a).exclusions.join(u' '); }},
@@ -291,7 +406,7 @@ QString Scene::run(const QString& line)
         return u"no such command"_s;
     }
     QString seen = (*verb)(*this, arguments);
-    static const QStringList looks = {u"hold"_s, u"see"_s, u"hashed"_s, u"label"_s};
+    static const QStringList looks = {u"hold"_s, u"see"_s, u"hashed"_s, u"label"_s, u"path"_s};
     if (waits && !looks.contains(name) && !wait_idle()) {
         return u"does not come to rest"_s;
     }
@@ -302,7 +417,7 @@ QString Scene::run(const QString& line)
 
 QString Scene::violation() const
 {
-    if (first->job_running() || second->job_running()) {
+    if (is_busy()) {
         return {};
     }
     for (MyTreeWidget* pane : {first, second}) {

@@ -1,0 +1,306 @@
+#include "tree/hash_job_controller.h"
+
+#include "engine/duration_text.h"
+#include "engine/exclusions.h"
+#include "engine/job_run.h"
+#include "rows/pane_row.h"
+#include "rows/selection.h"
+#include "tree/digest_recorder.h"
+#include "tree/directory_navigator.h"
+#include "tree/hash_plan_builder.h"
+#include "tree/mytreewidget.h"
+#include "tree/pane_host.h"
+#include "tree/row_expander.h"
+
+#include <QAction>
+#include <QComboBox>
+
+#include <utility>
+
+namespace {
+
+template<class... Ts>
+struct Overloaded : Ts...
+{
+    using Ts::operator()...;
+};
+template<class... Ts>
+Overloaded(Ts...) -> Overloaded<Ts...>;
+
+} // namespace
+
+HashJobController::HashJobController(MyTreeWidget& pane, DigestRecorder& recorder)
+    : pane_(pane), recorder_(recorder)
+{}
+
+HashJobController::~HashJobController() = default;
+
+void HashJobController::hash_selection()
+{
+    launch(Kind::Selection);
+}
+
+void HashJobController::hash_directory()
+{
+    launch(Kind::Directory);
+}
+
+void HashJobController::launch(Kind kind)
+{
+    if (is_running()) {
+        return;
+    }
+    pane_.host().restart_timer();
+    pane_.job_items.clear();
+    lock_pane();
+    timer_.start();
+    kind_ = kind;
+    waiting_ = true;
+    files_done_ = 0;
+    files_total_ = 0;
+    rows_run_ = std::make_unique<engine::JobRun>(engine::JobRun::Handler{
+        [this](engine::JobMessage& message) { receive(message); },
+        [this] { finish_hash(); },
+    });
+    rows_future_ = rows_run_->future();
+    pane_.job_watcher.setFuture(rows_future_);
+    pane_.navigator().when_listed([this] { begin(); });
+}
+
+/// Plans the job from the rows that are there now, and starts it.
+void HashJobController::begin()
+{
+    if (!std::exchange(waiting_, false)) {
+        return;
+    }
+    // The job lists what it walks itself; a row expanded meanwhile must not be listed twice.
+    pane_.set_lazy_expansion(false);
+    pane_.expander().cancel();
+    HashPlanBuilder builder(pane_.algorithm(), pane_.exclusions, pane_.shown_directory());
+    recorder_.set_algorithm(pane_.algorithm());
+    planning_ = &builder;
+    kind_ == Kind::Selection ? plan_selection() : plan_directory();
+    planning_ = nullptr;
+    files_total_ = builder.file_count();
+    engine::HashPlan plan = builder.take_plan();
+    rows_ = builder.take_rows();
+    // A job launched while an earlier stop has not been noted hashes nothing. Of a selection it
+    // still opens and announces the first file.
+    if (stop_flagged_ && kind_ == Kind::Directory) {
+        plan.steps.clear();
+    }
+    rows_run_->start(std::move(plan), stop_flagged_);
+}
+
+void HashJobController::plan_selection()
+{
+    const QList<QTreeWidgetItem*> rows = selected_rows(pane_);
+    for (QTreeWidgetItem* row : rows) {
+        if (row->type() == TypeFile) {
+            planning_->add_file(row);
+        } else if (!is_way_up(row)) {
+            planning_->add_directory(row);
+        }
+    }
+}
+
+void HashJobController::plan_directory()
+{
+    QList<QTreeWidgetItem*> files = content_rows(pane_);
+    files.removeIf([this](const QTreeWidgetItem* row) {
+        return row->type() != TypeFile || engine::is_excluded(pane_.exclusions, path_of(*row));
+    });
+    planning_->add_distinct_files(files);
+}
+
+void HashJobController::add_directory(QTreeWidgetItem* row)
+{
+    if (planning_ && row) {
+        planning_->add_directory(row);
+    }
+}
+
+void HashJobController::calculate_hash(const QString& path, QTreeWidgetItem* row,
+                                       std::function<void(const QString&)> then)
+{
+    engine::HashPlan single;
+    single.algorithm = pane_.algorithm();
+    single.steps.push_back({engine::HashStep::Kind::File, 0, path, {}});
+    file_row_ = row;
+    file_done_ = std::move(then);
+    file_run_ = std::make_unique<engine::JobRun>(engine::JobRun::Handler{
+        [this](engine::JobMessage& message) { receive_single(message); },
+        [] {},
+    });
+    file_future_ = file_run_->future();
+    file_run_->start(std::move(single), stop_flagged_);
+}
+
+void HashJobController::receive(engine::JobMessage& message)
+{
+    std::visit(Overloaded{
+                   [this](const engine::DirectoryReached& reached) {
+                       if (QTreeWidgetItem* row = rows_.row(reached.row)) {
+                           emit pane_.expand_parent(row);
+                       }
+                   },
+                   [this](engine::DirectoryFound& found) { add_found_directory(found); },
+                   [this](const engine::FileStarted& started) { announce(started.path); },
+                   [this](const engine::FileProgress& now) { emit pane_.prog_bar(now.percent); },
+                   [this](const engine::FileEnded& ended) {
+                       QTreeWidgetItem* row = rows_.row(ended.row);
+                       if (row) {
+                           pane_.job_items.append(row);
+                       }
+                       ++files_done_;
+                       show_result(row, ended.path, ended.place, ended.result);
+                   },
+                   [this](engine::FileFound& found) { add_found_file(found); },
+               },
+               message);
+}
+
+void HashJobController::receive_single(engine::JobMessage& message)
+{
+    if (const auto* started = std::get_if<engine::FileStarted>(&message)) {
+        announce(started->path);
+    } else if (const auto* now = std::get_if<engine::FileProgress>(&message)) {
+        emit pane_.prog_bar(now->percent);
+    } else if (const auto* ended = std::get_if<engine::FileEnded>(&message)) {
+        file_done_(show_result(file_row_, ended->path, ended->place, ended->result));
+    }
+}
+
+void HashJobController::announce(const QString& path)
+{
+    emit pane_.processing(MyTreeWidget::tr("En cours : ") + path);
+}
+
+void HashJobController::add_found_directory(engine::DirectoryFound& found)
+{
+    QTreeWidgetItem* parent = rows_.row(found.parent);
+    if (!parent) {
+        return;
+    }
+    auto* row = new PaneRow(found.entry, PaneRow::Origin::Walked);
+    emit pane_.icon_req(row, QFileInfo(found.entry.path));
+    parent->addChild(row);
+    pane_.indexFromItem(row);
+    rows_.set(found.row, row);
+}
+
+void HashJobController::add_found_file(engine::FileFound& found)
+{
+    ++files_done_;
+    QTreeWidgetItem* parent = rows_.row(found.parent);
+    QTreeWidgetItem* row = nullptr;
+    if (parent) {
+        row = new PaneRow(found.entry, PaneRow::Origin::Walked);
+        emit pane_.icon_req(row, QFileInfo(found.entry.path));
+    }
+    show_result(row, found.entry.path, found.place, found.result);
+    if (row) {
+        parent->addChild(row);
+        pane_.indexFromItem(row);
+        pane_.job_items.append(row);
+        if (pane_.act_autoscroll->isChecked()) {
+            pane_.scrollitem(row, ColHash);
+        }
+    }
+}
+
+/// Puts a result into its row, if there is one, and on record; answers the text of the row.
+QString HashJobController::show_result(QTreeWidgetItem* row, const QString& path,
+                                       const QString& place, const engine::FileResult& result)
+{
+    QString text;
+    switch (result.outcome) {
+    case engine::FileOutcome::Stopped:
+        return row ? checksum_of(*row) : QString();
+    case engine::FileOutcome::Unreadable:
+        text = MyTreeWidget::tr("Impossible d'ouvrir le fichier %1").arg(path);
+        break;
+    case engine::FileOutcome::Digested:
+        text = pane_.upper ? result.digest.toUpper() : result.digest;
+        // By place, not by row: a listing that was refreshed meanwhile makes no file unverified.
+        recorder_.record(place, result.digest);
+        break;
+    }
+    if (row) {
+        row->setData(ColHash, Qt::DisplayRole, text);
+    }
+    return text;
+}
+
+void HashJobController::finish_hash()
+{
+    if (stop_flagged_ && kind_ == Kind::Selection) {
+        pane_.job_items.clear();
+    }
+    emit pane_.alldone();
+    const auto n = static_cast<int>(pane_.job_items.size());
+    const QString count = n > 1 ? MyTreeWidget::tr("Fini. %n fichiers traités", "", n)
+                                : MyTreeWidget::tr("Fini. %n fichier traité", "", n);
+    if (!stop_flagged_) {
+        emit pane_.done(count + MyTreeWidget::tr(" en ") + elapsed_text());
+    }
+    pane_.set_lazy_expansion(true);
+}
+
+void HashJobController::stop()
+{
+    if (!rows_future_.isRunning() && !file_future_.isRunning()) {
+        return;
+    }
+    stop_flagged_ = true;
+    for (engine::JobRun* run : {rows_run_.get(), file_run_.get()}) {
+        if (run) {
+            run->stop();
+        }
+    }
+    begin(); // a job that waits for its rows has none to wait for any more
+}
+
+void HashJobController::lock_pane()
+{
+    pane_.drive_combo->setEnabled(false);
+    pane_.setAcceptDrops(false);
+}
+
+void HashJobController::unlock_pane()
+{
+    pane_.drive_combo->setEnabled(true);
+    pane_.setAcceptDrops(true);
+}
+
+void HashJobController::occupy()
+{
+    occupied_ = true;
+    lock_pane();
+}
+
+void HashJobController::release()
+{
+    occupied_ = false;
+    unlock_pane();
+    pane_.host().pane_released();
+}
+
+QString HashJobController::elapsed_text() const
+{
+    return format_time(timer_.elapsed());
+}
+
+void HashJobController::forget(const QSet<QTreeWidgetItem*>& dying)
+{
+    rows_.forget(dying);
+    if (dying.contains(file_row_)) {
+        file_row_ = nullptr;
+    }
+}
+
+void HashJobController::forget_all()
+{
+    rows_.forget_all();
+    file_row_ = nullptr;
+}

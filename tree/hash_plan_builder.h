@@ -1,0 +1,46 @@
+#pragma once
+
+#include "engine/hash_job.h"
+#include "tree/row_table.h"
+
+#include <QSet>
+
+class QTreeWidgetItem;
+
+/// Turns rows into the plan of a job: what to hash, in which order, and which number is which row.
+class HashPlanBuilder final
+{
+  public:
+    /// `directory` is the canonical path that the top-level rows lie in; empty when each lies
+    /// where its path says.
+    HashPlanBuilder(QCryptographicHash::Algorithm algorithm, const QStringList& exclusions,
+                    const QString& directory);
+
+    /// Adds a file, unless it has a step: a row that is selected together with its directory is
+    /// hashed once, or it would take two partners in a comparison.
+    void add_file(QTreeWidgetItem* row);
+
+    /// Adds files of which each is named once.
+    void add_distinct_files(const QList<QTreeWidgetItem*>& rows);
+
+    /// Adds a directory with all that is below it: the rows that it has, or else what a walk will
+    /// find.
+    void add_directory(QTreeWidgetItem* row);
+
+    /// Files that the plan names; -1 when walks will find more.
+    int file_count() const { return walks_ ? -1 : files_; }
+
+    engine::HashPlan take_plan();
+    RowTable take_rows() { return std::move(rows_); }
+
+  private:
+    void add(engine::HashStep::Kind kind, QTreeWidgetItem* row);
+    bool add_once(engine::HashStep::Kind kind, QTreeWidgetItem* row);
+
+    engine::HashPlan plan_;
+    QString directory_;
+    RowTable rows_;
+    QSet<QTreeWidgetItem*> added_;
+    int files_ = 0;
+    bool walks_ = false;
+};
