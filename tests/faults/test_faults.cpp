@@ -84,7 +84,7 @@ void TestFaults::every_call_fails_once()
     int failed = 0;
     for (int at = 0;; at += every, ++failed) {
         const int number = at / 3 + 1;
-        const int error = errors[at % errors.size()];
+        const int error = errors[static_cast<size_t>(at) % errors.size()];
         Scene scene;
         lay_out(scene);
         fail_call(qPrintable(scene.working_dir.at(u"l"_s)), number, error);

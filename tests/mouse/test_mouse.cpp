@@ -89,7 +89,7 @@ class Person : public WindowFixture
             sees(u"the window alone"_s, [] { // or its thread would wait in what is still open
                 QWidget* popup = QApplication::activePopupWidget();
                 QWidget* open = popup ? popup : QApplication::activeModalWidget();
-                return !open || (open->close() && false);
+                return !open || !open->close();
             });
             missed_ = missed.isEmpty() ? missed_ : missed;
             over = true;
@@ -119,7 +119,7 @@ class Person : public WindowFixture
         QPoint to;
         sees(what, [&] {
             if (auto* results = qobject_cast<FenRes*>(QApplication::activeModalWidget())) {
-                return results->close() && false; // it comes when it likes
+                return !results->close(); // it comes when it likes
             }
             const auto [widget, part] = place();
             to = widget ? widget->mapToGlobal(part.center()) : QPoint();
