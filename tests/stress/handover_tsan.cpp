@@ -3,18 +3,13 @@
 // The toolkit is not built with that sanitizer, so it sees neither a task given to a pool nor a
 // call queued for another thread, and would take every value that travels by them for a race. To
 // pass over such findings would pass over our own as well. So the functions that we hand over by
-// stand here in front of the toolkit's, and say what happens before what. Its mutexes say so
-// themselves.
+// stand here in front of the toolkit's. Its mutexes say what happens before what themselves.
 
 #include <QMetaObject>
 #include <QObject>
-#include <QRunnable>
 #include <QThreadPool>
 
-#include <cstdio>
-#include <cstdlib>
 #include <functional>
-#include <memory>
 
 #include <dlfcn.h>
 #include <sanitizer/tsan_interface.h>
@@ -25,12 +20,7 @@ namespace {
 template<class Function>
 Function* hidden(const char* name)
 {
-    void* const function = ::dlsym(RTLD_NEXT, name);
-    if (!function) {
-        std::fprintf(stderr, "not found in the toolkit: %s\n", name);
-        std::abort();
-    }
-    return reinterpret_cast<Function*>(function);
+    return reinterpret_cast<Function*>(::dlsym(RTLD_NEXT, name));
 }
 
 class HandedTask final : public QRunnable
@@ -41,11 +31,8 @@ class HandedTask final : public QRunnable
     void run() override
     {
         __tsan_acquire(this);
-        const bool owned = task_->autoDelete();
+        const std::unique_ptr<QRunnable> owned(task_->autoDelete() ? task_ : nullptr);
         task_->run();
-        if (owned) {
-            delete task_;
-        }
     }
 
   private:
@@ -55,7 +42,7 @@ class HandedTask final : public QRunnable
 class HandedCall final : public QtPrivate::QSlotObjectBase
 {
   public:
-    explicit HandedCall(QtPrivate::QSlotObjectBase* call) : QSlotObjectBase(&act), call_(call)
+    explicit HandedCall(QSlotObjectBase* call) : QSlotObjectBase(&act), call_(call)
     {
         __tsan_release(this);
     }
@@ -80,9 +67,8 @@ class HandedCall final : public QtPrivate::QSlotObjectBase
 
 void QThreadPool::start(QRunnable* task, int priority)
 {
-    static auto* const start =
-        hidden<void(QThreadPool*, QRunnable*, int)>("_ZN11QThreadPool5startEP9QRunnablei");
-    start(this, new HandedTask(task), priority);
+    hidden<void(QThreadPool*, QRunnable*, int)>("_ZN11QThreadPool5startEP9QRunnablei")(
+        this, new HandedTask(task), priority);
 }
 
 void QThreadPool::start(std::function<void()> task, int priority)
@@ -93,9 +79,8 @@ void QThreadPool::start(std::function<void()> task, int priority)
 bool QMetaObject::invokeMethodImpl(QObject* receiver, QtPrivate::QSlotObjectBase* call,
                                    Qt::ConnectionType type, void* result)
 {
-    static auto* const invoke =
-        hidden<bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*)>(
-            "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseE"
-            "N2Qt14ConnectionTypeEPv");
-    return invoke(receiver, new HandedCall(call), type, result);
+    using Invoke = bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*);
+    return hidden<Invoke>(
+        "_ZN11QMetaObject16invokeMethodImplEP7QObjectPN9QtPrivate15QSlotObjectBaseE"
+        "N2Qt14ConnectionTypeEPv")(receiver, new HandedCall(call), type, result);
 }

@@ -1,0 +1,135 @@
+// What reads text from outside: searched by libFuzzer, or given every saved input once.
+//
+//     fuzz CORPUS                       replays CORPUS/READER/* for every reader
+//     TAVREL_READER=NAME fuzz ...       libFuzzer's own arguments
+
+#include "engine/checksum_file.h"
+#include "engine/exclusions.h"
+#include "tests/support/scene.h"
+
+#include <QApplication>
+#include <QDirIterator>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Ends the program with a report when a property does not hold; libFuzzer keeps the input.
+void verify(bool holds, const char* property)
+{
+    if (!holds) {
+        qFatal("does not hold: %s", property);
+    }
+}
+
+Scene& scene()
+{
+    // Never destroyed: at the exit of the process the toolkit has gone before it.
+    static auto* const scene = new Scene;
+    return *scene;
+}
+
+void read_checksum_file(const QByteArray& bytes)
+{
+    const auto lines = engine::read_checksum_file(scene().working_dir.createFile(u"list"_s, bytes));
+    verify(lines.has_value(), "a file that can be read is read");
+    for (qsizetype i = 0; i < lines->size(); ++i) {
+        engine::ChecksumEntry entry;
+        const QString line = engine::checksum_line(lines->digest(i), u"name"_s).chopped(1);
+        verify(lines->path(i).startsWith(u'/') && lines->contains(lines->path(i)),
+               "all have a path");
+        verify(engine::parse_checksum_line(line, entry) &&
+                   entry.digest == lines->digest(i).toLower(),
+               "what the writer makes of it, the reader takes");
+    }
+}
+
+void read_exclusions(const QByteArray& bytes)
+{
+    const QStringList suffixes = engine::parse_exclusions(QString::fromUtf8(bytes));
+    for (const QString& suffix : suffixes) {
+        const QString path = u"/d/name."_s + suffix;
+        verify(!suffix.contains(u';'), "suffixes are parted");
+        verify(QFileInfo(path).suffix() != suffix || engine::is_excluded(suffixes, path),
+               "what is excluded is excluded");
+    }
+    verify(engine::parse_exclusions(engine::format_exclusions(suffixes)).size() == suffixes.size(),
+           "the list survives being shown");
+}
+
+void read_settings(const QByteArray& bytes)
+{
+    scene().working_dir.createFile(u"Tavrel.ini"_s, bytes);
+    scene().rebuild();
+    scene().window->show();
+    verify(scene().wait_idle() && scene().violation().isEmpty(), "the window comes to rest");
+    verify(scene().window->width() > 0 && scene().window->height() > 0, "it can be seen");
+    verify(scene().first->current_dir().exists(), "its directory is there");
+    scene().window->writeSettings();
+}
+
+/// One argument a line, below the scene, so that no search leads to files of others.
+void read_arguments(const QByteArray& bytes)
+{
+    static const bool once = scene()
+                                 .run(u"put l/a l/b.txt l/d/a l/d/e/f l/.h l/é l/x.md5/ l/n.sha1 "
+                                      "l/l.md5=0cc175b9c0f1b6a831c399e269772661"_s)
+                                 .isEmpty();
+    QStringList arguments = QString::fromUtf8(bytes).split(u'\n').mid(0, 5);
+    for (QString& argument : arguments) {
+        argument.prepend(scene().working_dir.at(u"l/"_s));
+    }
+    emit scene().window->send_args(arguments);
+    verify(once && scene().wait_idle() && scene().violation().isEmpty(), "the pane comes to rest");
+}
+
+struct Reader
+{
+    const char* name;
+    void (*read)(const QByteArray& bytes);
+};
+constexpr Reader readers[] = {{"checksum_file", read_checksum_file},
+                              {"exclusions", read_exclusions},
+                              {"settings", read_settings},
+                              {"arguments", read_arguments}};
+
+} // namespace
+
+// The signatures are the fuzzer's.
+// NOLINTNEXTLINE(readability-non-const-parameter)
+extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** argv)
+{
+    static int shown = 1;
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    new QApplication(shown, *argv);
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const char* data, std::size_t size)
+{
+    static const QByteArray wanted = qgetenv("TAVREL_READER");
+    for (const Reader& reader : readers) {
+        if (wanted == reader.name) {
+            reader.read(QByteArray(data, static_cast<qsizetype>(size)));
+        }
+    }
+    return 0;
+}
+
+#ifdef TAVREL_REPLAY
+int main(int argc, char* argv[])
+{
+    const QString corpus = QFileInfo(QFile::decodeName(argv[argc - 1])).absoluteFilePath();
+    LLVMFuzzerInitialize(&argc, &argv);
+    for (const Reader& reader : readers) {
+        int inputs = 0;
+        for (QDirIterator it(corpus + u'/' + QLatin1String(reader.name), QDir::Files); it.hasNext();
+             ++inputs) {
+            QFile file(it.next());
+            verify(file.open(QIODevice::ReadOnly), "the input can be read");
+            reader.read(file.readAll());
+        }
+        verify(inputs > 0, "there is a corpus");
+    }
+}
+#endif

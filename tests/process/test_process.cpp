@@ -1,0 +1,212 @@
+// The process ends at once whatever it is doing, loses nothing by it, and can run for days.
+
+#include "dialogs/fencheck.h"
+#include "dialogs/fenres.h"
+#include "platform/process_end.h"
+#include "tests/support/modal_driver.h"
+#include "tests/support/scene.h"
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QProcess>
+#include <QSettings>
+#include <QTest>
+#include <QTranslator>
+
+#include <csignal>
+#include <cstdio>
+
+#include <malloc.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int patience_ms = 60'000;
+
+// What a person calls "at once" is a second; a machine with other work to do is given more.
+constexpr int at_once_ms = 15'000;
+
+void wait_until(const std::function<bool()>& holds)
+{
+    if (!QTest::qWaitFor(holds, patience_ms)) {
+        qFatal("waited in vain");
+    }
+}
+
+void end(MainFen& window, const QString& how)
+{
+    MyTreeWidget& pane = *window.first_pane();
+    for (QAction* action : window.findChildren<QAction*>()) {
+        if (action->text() == how) {
+            action->trigger();
+        }
+    }
+    if (how == "close"_L1) {
+        window.close();
+    } else if (how == "language"_L1) {
+        ModalDriver<QMessageBox> yes([](QMessageBox& box) { box.buttons().constFirst()->click(); });
+        window.setLang(u"en"_s);
+    } else if (how == "check"_L1) {
+        pane.stop_button->click();
+        wait_until([&] { return !pane.job_running(); });
+        pane.clear_stop_flag();
+        pane.setCurrentItem(find_row(pane, u"huge"_s));
+        ModalDriver<FenCheck> check([](FenCheck& dialog) {
+            QTest::keyClicks(dialog.findChild<QLineEdit*>(), QString(32, u'0'));
+            dialog.findChildren<QPushButton*>().constFirst()->click();
+            QTest::qWait(50); // it is being read
+            dialog.reject();
+        });
+        pane.act_check->trigger();
+        QApplication::quit();
+    }
+}
+
+/// The process that ends, both of its panes at work. Started anew by itself, it only says so.
+int work_and_end(const QString& how)
+{
+    const QSettings settings(u"Tavrel.ini"_s, QSettings::IniFormat);
+    if (settings.value(u"MainWindow/lang"_s).toString() == "en"_L1) {
+        return QFile(u"started anew"_s).open(QIODevice::WriteOnly) ? 0 : 1;
+    }
+    platform::quit_on_system_request([] { QCoreApplication::exit(); });
+    MainFen window;
+    QTranslator translator;
+    window.translator = &translator;
+    window.show();
+    QTimer::singleShot(0, &window, [&] {
+        for (MyTreeWidget* pane : {window.first_pane(), window.second_pane()}) {
+            pane->changeModel(pane == window.first_pane() ? u"../left"_s : u"../right"_s)
+                ->HashAll();
+            wait_until([&] { return pane->status_label->text().startsWith("En cours"_L1); });
+        }
+        std::puts("ready");
+        std::fflush(stdout);
+        end(window, how);
+    });
+    return QApplication::exec();
+}
+
+/// Whether a process has a file or directory open.
+bool has_open(const QProcess& process, const QString& path)
+{
+    const QDir open_files(u"/proc/%1/fd"_s.arg(process.processId()));
+    const QStringList names = open_files.entryList(QDir::AllEntries | QDir::System);
+    return std::any_of(names.begin(), names.end(), [&](const QString& fd) {
+        return QFile::symLinkTarget(open_files.filePath(fd)) == path;
+    });
+}
+
+} // namespace
+
+class TestProcess : public QObject
+{
+    Q_OBJECT
+
+  private slots:
+    void ends_data();
+    void ends();
+    void memory_is_flat();
+};
+
+void TestProcess::ends_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QString>("how");
+    QTest::addColumn<int>("number");
+    const QString self = QCoreApplication::applicationFilePath();
+    const QString tavrel = QCoreApplication::applicationDirPath() + u"/tavrel"_s;
+    for (const char* how : {"Quitter", "close", "check", "language"}) {
+        QTest::newRow(how) << self << QString::fromLatin1(how) << 0;
+    }
+    QTest::newRow("end of a session") << self << QString() << SIGHUP;
+    QTest::newRow("signal below a dialog") << self << u"Options..."_s << SIGTERM;
+    QTest::newRow("signal, the program hashes") << tavrel << u"left/huge"_s << SIGINT;
+    QTest::newRow("signal, the program starts") << tavrel << u"left"_s << SIGTERM;
+}
+
+void TestProcess::ends()
+{
+    QFETCH(QString, program);
+    QFETCH(QString, how);
+    QFETCH(int, number);
+    TestDir dir;
+    if (dir.createHuge(u"left/huge"_s).isEmpty() || dir.createHuge(u"right/huge"_s).isEmpty()) {
+        QSKIP("no sparse files of 1 TiB here");
+    }
+    for (int i = 0; how == "left"_L1 && i < 60'000; ++i) {
+        QFile::link(u"huge"_s, dir.filePath(u"left/n%1"_s.arg(i)));
+    }
+    const bool itself = program != QCoreApplication::applicationFilePath();
+    dir.createDir(u"cwd"_s);
+    qputenv("HOME", QFile::encodeName(dir.createDir(u"home"_s)));
+    qputenv("TAVREL_END", how.toUtf8());
+    QProcess process;
+    process.setWorkingDirectory(dir.at(u"cwd"_s));
+    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    process.start(program, itself ? QStringList(dir.at(u"left"_s)) : QStringList());
+    QVERIFY(process.waitForStarted(patience_ms));
+    while (itself ? !has_open(process, dir.at(how)) : !process.canReadLine()) {
+        process.waitForReadyRead(1);
+        QCOMPARE(process.state(), QProcess::Running);
+    }
+    if (number != 0) {
+        QCOMPARE(::kill(static_cast<pid_t>(process.processId()), number), 0);
+    }
+    QVERIFY(process.waitForFinished(at_once_ms));
+    QCOMPARE(process.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(process.exitCode(), 0);
+
+    // Whole, and nothing beside it. What ends while it is being built has nothing to save.
+    const bool anew = how == "language"_L1;
+    const QString expected = anew               ? u"Tavrel.ini, started anew"_s
+                             : how == "left"_L1 ? dir.entries(u"cwd"_s)
+                                                : u"Tavrel.ini"_s;
+    QTRY_COMPARE_WITH_TIMEOUT(dir.entries(u"cwd"_s), expected, patience_ms);
+    QCOMPARE(dir.entries(u"right"_s), u"huge"_s);
+    const QSettings settings(dir.at(u"cwd/Tavrel.ini"_s), QSettings::IniFormat);
+    QCOMPARE(settings.value(u"MainWindow/lang"_s).toString(), anew ? u"en"_s : QString());
+    QCOMPARE(settings.value(u"App/tree1"_s).toString(), itself ? QString() : dir.at(u"left"_s));
+}
+
+// Results dialogs live as long as their window, and are no part of what a comparison leaves.
+void TestProcess::memory_is_flat()
+{
+    constexpr int comparisons = 200;
+    constexpr int settled_after = 10;
+    constexpr qint64 most_bytes = 4096;
+    const auto in_use = [] {
+        return static_cast<qint64>(mallinfo2().uordblks + mallinfo2().hblkhd);
+    };
+    if (in_use() == 0) {
+        QSKIP("the allocator of this build tells nothing");
+    }
+    Scene scene;
+    for (int i = 0; i < 100; ++i) {
+        scene.run(u"put l/%1 r/%1=%2"_s.arg(i).arg(i % 10));
+    }
+    qint64 settled = 0;
+    for (int i = 1; i <= comparisons; ++i) {
+        scene.run(u"command \"Comparer Tout\""_s);
+        QCOMPARE(find_row(*scene.first, u"99"_s)->background(ColSize).color(), QColor(Qt::red));
+        qDeleteAll(scene.window->findChildren<FenRes*>());
+        settled = i == settled_after ? in_use() : settled;
+    }
+    const qint64 each = (in_use() - settled) / (comparisons - settled_after);
+    qInfo("after %d comparisons %lld bytes in use, each of %d more left %lld", settled_after,
+          static_cast<long long>(settled), comparisons - settled_after,
+          static_cast<long long>(each));
+    QVERIFY(each < most_bytes);
+}
+
+int main(int argc, char* argv[])
+{
+    const QApplication application(argc, argv);
+    if (qEnvironmentVariableIsSet("TAVREL_END")) {
+        return work_and_end(qEnvironmentVariable("TAVREL_END"));
+    }
+    TestProcess test;
+    return QTest::qExec(&test, argc, argv);
+}
+#include "test_process.moc"

@@ -1,0 +1,348 @@
+// Random use of the main window: scenario lines, written by chance and played without waiting, and
+// what no line can say: keys, the mouse on the tool bar, menus, dialogs.
+//
+//     SEED=1 STEPS=1500 stress
+//
+// Files whose names begin with "s" never change, so whatever is said of them can be judged at any
+// time. A finding comes with the last lines, most of which can be played again as a scenario.
+
+#include "tests/stress/confined.h"
+#include "tests/support/scene.h"
+
+#include <QApplication>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QStatusBar>
+#include <QTest>
+#include <QThreadPool>
+#include <QToolBar>
+#include <QTreeWidgetItemIterator>
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+// Present when the program is built with a sanitizer.
+extern "C" __attribute__((weak)) void __sanitizer_set_death_callback(void (*callback)());
+
+namespace {
+
+/// How often a line comes, and the line. One of the words that "|" parts is taken; S is a row of
+/// the pane, A a command of it, W one of the window.
+constexpr const char* const templates[] = {
+    "9 tool \"Comparer Tout\"",
+    "5 tool W",
+    "5 command W",
+    "6 radio MD5|SHA1",
+    "9 sides l|l/d r|r/d",
+    "6 open L|R l|r|l/d|r/d|l/big|none|l/m1",
+    "9 select L|R S S S",
+    "9 activate|expand L|R S",
+    "9 call L|R HashThis|HashAll|Reset",
+    "4 stop L|R",
+    "8 do L|R A",
+    "9 key L|R Up|Down|Left|Right|*|+|-|Home|PgDown|Return|Backspace|Space|Esc|Tab|X|F5|F2|F3",
+    "5 key L|R Shift+End|Ctrl+A|Ctrl+D|Ctrl+S|Ctrl+F|Ctrl+C|Ctrl+Shift+F|Ctrl+Shift+D",
+    "4 menu L|R S",
+    "7 drop L|R l/same|l/s.x|l/sums.md5|r/d|l/big|none r/same|l/d/same|r/d/m2|l/sother",
+    "2 drop L|R l/d|r/same|l/m1",
+    "4 args l|l/d|l/same|r/d/m2|l/sums.md5|none",
+    "2 args l/same|l/m1 l/s.x|none",
+    "1 window",
+    "9 put l/m1|l/d/m2|r/m1|r/d/m2|r/d/m3.md5",
+    "9 put l/m1=changed|l/d/m2=changed|r/m1=changed|r/d/m2=changed|l/m1=huge",
+    "9 rm|cut|lock l/m1|l/d/m2|r/m1|r/d/m2|r/d/m3.md5",
+};
+
+const Confined confined; // before the toolkit looks around
+int step = 0;
+QStringList played;
+
+void print_place()
+{
+    std::fprintf(stderr, "stress: step %d, after\n%s\n", step,
+                 qPrintable(played.mid(qMax(0, played.size() - 40)).join(u'\n')));
+}
+
+bool is_stable(const QTreeWidgetItem& row)
+{
+    return name_of(row).startsWith(u's') && QFileInfo(path_of(row)).isFile();
+}
+
+bool is_green(const QTreeWidgetItem& row)
+{
+    return row.background(ColSize) == QBrush(Qt::green, Qt::SolidPattern);
+}
+
+QByteArray content_of(const QTreeWidgetItem& row)
+{
+    QFile file(path_of(row));
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList names_outside()
+{
+    return QDir::root().entryList(QDir::Files | QDir::Hidden) +
+           QDir(u"/tmp"_s).entryList({u"*.md5"_s, u"*.sha1"_s}) +
+           QDir::temp().entryList({u"*.md5"_s, u"*.sha1"_s});
+}
+
+class User : public QObject
+{
+  public:
+    explicit User(quint32 seed) : chance_(seed)
+    {
+        for (const char* line : templates) {
+            const QString text = QString::fromLatin1(line);
+            lines_ += QStringList(text.section(u' ', 0, 0).toInt(), text.section(u' ', 1));
+        }
+        for (const QString& side : {u"l"_s, u"r"_s}) {
+            scene_.run(
+                u"put %1/same %1/s.x %1/sé %1/d/same %1/d/e/sub %1/m1 %1/d/m2 %1/sother=%1 "
+                "\"%1/sums.md5=%2  same\\n%2  s.x\\n\""_s.arg(side, reference_digest("same")));
+        }
+        for (int i = 0; i < 300; ++i) {
+            scene_.working_dir.createFile(u"l/big/s%1"_s.arg(i), "x");
+        }
+        qApp->installEventFilter(this);
+        show_window();
+    }
+
+    bool play(int steps)
+    {
+        for (step = 1; step <= steps && findings_.isEmpty(); ++step) {
+            ::alarm(300); // a window that is silent for so long is dead
+            if (stay_inside()) {
+                act(any_line());
+            }
+            QTest::qWait(below(5) == 0 ? below(20) : 0);
+            if (below(8) == 0 || step == steps) {
+                judge_quiet_moment();
+            }
+        }
+        std::printf(
+            "%d steps: %d quiet moments, %d comparisons, %d green pairs, %d digests judged\n",
+            step - 1, quiet_, comparisons_, greens_, digests_);
+        if (!findings_.isEmpty()) {
+            print_place();
+            std::fprintf(stderr, "stress: %s\n", qPrintable(findings_.join(u"\nstress: "_s)));
+        }
+        return findings_.isEmpty();
+    }
+
+  protected:
+    /// Uses menus and dialogs when they come up; the scene closes what is left of them.
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        const bool used = qobject_cast<QMenu*>(object) || qobject_cast<QDialog*>(object);
+        if (event->type() == QEvent::Show && used && !qobject_cast<QMessageBox*>(object)) {
+            QTimer::singleShot(below(3), object, [this, object] { use(*object); });
+        }
+        return false;
+    }
+
+  private:
+    int below(qsizetype n) { return chance_.bounded(static_cast<int>(n)); }
+
+    QString any(const QStringList& texts) { return texts[below(texts.size())]; }
+
+    MyTreeWidget& pane(const QString& name) const
+    {
+        return name == "L"_L1 ? *scene_.first : *scene_.second;
+    }
+
+    void show_window()
+    {
+        scene_.window->show();
+        QApplication::setActiveWindow(scene_.window.get());
+        connect(scene_.window->statusBar(), &QStatusBar::messageChanged, this, &User::judge_marks);
+    }
+
+    /// Brings back a pane that left the scene: nothing may ever be done elsewhere.
+    bool stay_inside()
+    {
+        for (MyTreeWidget* pane : {scene_.first, scene_.second}) {
+            if (!confined.holds(pane->current_dir().path())) {
+                pane->stop_button->click();
+                pane->changeModel(scene_.working_dir.at(pane == scene_.first ? u"l"_s : u"r"_s));
+            }
+        }
+        return confined.holds(scene_.first->current_dir().path()) &&
+               confined.holds(scene_.second->current_dir().path());
+    }
+
+    QString any_line()
+    {
+        QStringList words = any(lines_).split(u' ');
+        for (QString& word : words) {
+            word = any(word.split(u'|'));
+            QStringList texts;
+            MyTreeWidget& own = pane(words.value(1));
+            for (int i = 0; word == "S"_L1 && i < own.topLevelItemCount(); ++i) {
+                texts << name_of(*own.topLevelItem(i));
+            }
+            const QObject* owner =
+                word == "A"_L1 ? &own : static_cast<QObject*>(scene_.window.get());
+            for (const QAction* action :
+                 owner->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly)) {
+                const bool ends = action->text().isEmpty() || action->text() == "Quitter"_L1;
+                if ((word == "A"_L1 || word == "W"_L1) && !ends && action->isEnabled()) {
+                    texts << action->text();
+                }
+            }
+            word = texts.isEmpty() ? word : u'"' + any(texts) + u'"';
+        }
+        return words.join(u' ');
+    }
+
+    void act(const QString& line)
+    {
+        played << line;
+        const QStringList words = QProcess::splitCommand(line);
+        const QString& what = words[0];
+        const QString file = words.value(1).section(u'=', 0, 0);
+        const QFileInfo info(scene_.working_dir.at(file));
+        MyTreeWidget& own = pane(file);
+        if (QStringList{u"put"_s, u"rm"_s, u"cut"_s, u"lock"_s}.contains(what)) {
+            if (!confined.holds(info.filePath())) {
+                findings_ << u"leads out of the scene: "_s + line;
+                return;
+            }
+            scene_.run(info.exists() && !info.isWritable() ? u"rm %1&"_s.arg(file) : line + u'&');
+        } else if (what == "key"_L1) {
+            const QKeyCombination key = QKeySequence(words[2])[0];
+            QTest::keyClick(&own, key.key(), key.keyboardModifiers());
+        } else if (what == "tool"_L1) {
+            auto* bar = scene_.window->findChild<QToolBar*>();
+            if (QWidget* button = bar->widgetForAction(scene_.action(words[1]))) {
+                QTest::mouseMove(button);
+                QTest::mouseClick(button, Qt::LeftButton);
+            }
+        } else if (what == "menu"_L1) {
+            QTreeWidgetItem* row = find_row(own, words[2]);
+            const QPoint at = row ? own.visualItemRect(row).center() : QPoint(5, 5);
+            QTest::mouseClick(own.viewport(), Qt::LeftButton, {}, at);
+            QContextMenuEvent event(QContextMenuEvent::Mouse, at, own.viewport()->mapToGlobal(at));
+            QApplication::sendEvent(own.viewport(), &event);
+        } else if (what == "sides"_L1) {
+            scene_.run(u"open L %1&"_s.arg(words[1]));
+            scene_.run(u"open R %1&"_s.arg(words[2]));
+        } else if (what == "window"_L1) {
+            scene_.rebuild();
+            show_window();
+        } else {
+            scene_.run(line + u'&');
+        }
+    }
+
+    void use(QObject& object)
+    {
+        if (auto* menu = qobject_cast<QMenu*>(&object)) {
+            menu->setActiveAction(menu->actions().value(below(menu->actions().size() + 1)));
+            QTest::keyClick(menu, below(4) == 0 ? Qt::Key_Escape : Qt::Key_Return);
+            menu->close();
+            return;
+        }
+        QTimer::singleShot(below(50), &object,
+                           [&object] { static_cast<QDialog&>(object).reject(); });
+        for (QLineEdit* entry : object.findChildren<QLineEdit*>()) {
+            entry->setText(any({QString(32, u'0'), u"*.x;é;;*.*"_s}));
+        }
+        auto buttons = object.findChildren<QAbstractButton*>();
+        for (int presses = below(4); presses > 0 && !buttons.isEmpty(); --presses) {
+            buttons.takeAt(below(buttons.size()))->click();
+        }
+    }
+
+    /// The end of a comparison is told when the marks are set and the lists still say of what.
+    void judge_marks(const QString& message)
+    {
+        if (!message.startsWith("Temps total : "_L1)) {
+            return;
+        }
+        ++comparisons_;
+        QList<QTreeWidgetItem*> others = scene_.second->job_items;
+        for (const QTreeWidgetItem* row : scene_.first->job_items) {
+            const auto other =
+                std::find_if(others.begin(), others.end(), [&](const auto* candidate) {
+                    return name_of(*candidate) == name_of(*row);
+                });
+            if (other == others.end()) {
+                complain_if(is_green(*row), u"green and alone"_s, *row);
+                continue;
+            }
+            const bool same = checksum_of(*row).toLower() == checksum_of(**other).toLower();
+            complain_if(is_green(*row) && !same, u"green and not alike"_s, *row);
+            complain_if(is_green(*row) != is_green(**other), u"only one is green"_s, *row);
+            if (is_green(*row) && is_stable(*row) && is_stable(**other)) {
+                ++greens_;
+                complain_if(checksum_of(*row).isEmpty(), u"green without a digest"_s, *row);
+                complain_if(content_of(*row) != content_of(**other), u"green, other bytes"_s, *row);
+            }
+            others.erase(other);
+        }
+        for (const QTreeWidgetItem* row : std::as_const(others)) {
+            complain_if(is_green(*row), u"green and alone"_s, *row);
+        }
+    }
+
+    void judge_quiet_moment()
+    {
+        ++quiet_;
+        scene_.run(u"stop L&"_s);
+        scene_.run(u"stop R&"_s);
+        if (!scene_.wait_idle() || !QThreadPool::globalInstance()->waitForDone(10'000)) {
+            findings_ << u"does not come to rest"_s;
+        }
+        findings_ << scene_.violation();
+        for (MyTreeWidget* pane : {scene_.first, scene_.second}) {
+            for (QTreeWidgetItemIterator it(pane); *it; ++it) {
+                const QString hash = checksum_of(**it);
+                if (is_stable(**it) && !hash.isEmpty()) {
+                    ++digests_;
+                    const auto algorithm =
+                        hash.size() == 32 ? QCryptographicHash::Md5 : QCryptographicHash::Sha1;
+                    const QString right = reference_digest(content_of(**it), algorithm);
+                    complain_if(hash != right && hash != right.toUpper(), u"is not "_s + right,
+                                **it);
+                }
+            }
+        }
+        for (const QString& name : names_outside()) {
+            findings_ << (outside_.contains(name) ? QString() : u"written elsewhere: "_s + name);
+        }
+        findings_.removeAll(QString());
+        scene_.window->statusBar()->clearMessage();
+    }
+
+    void complain_if(bool wrong, const QString& what, const QTreeWidgetItem& row)
+    {
+        if (wrong) {
+            findings_ << u"%1: %2 %3"_s.arg(what, path_of(row), checksum_of(row));
+        }
+    }
+
+    Scene scene_;
+    QRandomGenerator chance_;
+    QStringList lines_;
+    const QStringList outside_ = names_outside();
+    QStringList findings_;
+    int quiet_ = 0;
+    int comparisons_ = 0;
+    int greens_ = 0;
+    int digests_ = 0;
+};
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    const QApplication application(argc, argv);
+    if (__sanitizer_set_death_callback) {
+        __sanitizer_set_death_callback(print_place);
+    }
+    User user(qEnvironmentVariable("SEED", u"1"_s).toUInt());
+    return user.play(qEnvironmentVariable("STEPS", u"1500"_s).toInt()) ? 0 : 1;
+}
