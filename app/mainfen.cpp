@@ -211,12 +211,13 @@ void MainFen::createLayout()
     splitter->setCollapsible(1, false);
     restore_view_layout();
     setCentralWidget(splitter);
+    createOverview();
     order_tabs(*tree1);
     QWidget::setTabOrder(tree1, tree2->drive_combo);
     order_tabs(*tree2);
     tree1->setFocus();
     make_connections();
-    createOverview();
+    connect(this, &MainFen::alldone, overview, &RunOverview::count_marks);
 }
 
 void MainFen::createOverview()
@@ -236,7 +237,6 @@ void MainFen::createOverview()
         connect(rows->reset_button, &QPushButton::clicked, overview, &RunOverview::forget_marks);
     }
     connect(act_reset, &QAction::triggered, overview, &RunOverview::forget_marks);
-    connect(this, &MainFen::alldone, overview, &RunOverview::count_marks);
 }
 
 void MainFen::make_connections()

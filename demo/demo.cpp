@@ -3,6 +3,7 @@
 #include "app/nofocusproxystyle.h"
 #include "engine/product.h"
 #include "app/settings_file.h"
+#include "app/toolkit_texts.h"
 #include "demo/demo_window.h"
 #include "demo/manual_pictures.h"
 #include "demo/pictures.h"
@@ -77,6 +78,7 @@ int main(int argc, char* argv[])
     if (english && translator.load(QString::fromLatin1(product::english_catalogue))) {
         QCoreApplication::installTranslator(&translator);
     }
+    use_toolkit_texts(language);
     QApplication::setStyle(new NoFocusProxyStyle);
     QApplication::setCursorFlashTime(0);
     if (dark) {

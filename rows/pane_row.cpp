@@ -130,7 +130,10 @@ QVariant PaneRow::data(int column, int role) const
         }
         break;
     case Qt::FontRole:
-        return mark_font(mark_);
+        if (const QVariant font = mark_font(mark_); marked && font.isValid()) {
+            return font;
+        }
+        break;
     case Qt::AccessibleTextRole:
         if (column == ColName) {
             return spoken(mark_, name_);
