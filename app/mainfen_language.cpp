@@ -15,12 +15,14 @@ using namespace Qt::StringLiterals;
 
 void MainFen::setLang(QString code)
 {
-    if (code == lang) {
+    // All that is not English is French, the empty code of a first start too.
+    const bool english = code == "en"_L1;
+    if (english == (lang == "en"_L1)) {
         return;
     }
     lang = code;
     use_toolkit_texts(code);
-    if (translator && code == "en"_L1) {
+    if (translator && english) {
         [[maybe_unused]] const bool loaded =
             translator->load(QString::fromLatin1(product::english_catalogue));
         QCoreApplication::installTranslator(translator);

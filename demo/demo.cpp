@@ -43,7 +43,7 @@ void declare_options(QCommandLineParser& options)
 /// Settings as a person may have made them.
 void write_settings(const QString& language)
 {
-    QSettings settings(settings_path(), QSettings::IniFormat);
+    QSettings settings(settings_path_to_write(), QSettings::IniFormat);
     settings.setValue(u"MainWindow/lang"_s, language);
     settings.setValue(u"App/ccname"_s, true);
     settings.setValue(u"App/exclu"_s, u"*.tmp;*.bak"_s);

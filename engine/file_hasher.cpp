@@ -62,7 +62,10 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
         if (read < 0) {
             read = file.read(block_.data(), block_size);
         }
-        if (read <= 0) {
+        if (read < 0) {
+            return {FileOutcome::Unreadable, {}};
+        }
+        if (read == 0) {
             break;
         }
         total += read;

@@ -17,7 +17,7 @@ namespace engine {
 /// How the hashing of one file ended.
 enum class FileOutcome : quint8 {
     Digested,   ///< the digest is there
-    Unreadable, ///< the file could not be opened, or its digest not be computed
+    Unreadable, ///< the file could not be opened or not read to its end, or has no digest
     Stopped,    ///< the flag was raised before the end
 };
 
@@ -45,9 +45,10 @@ class FileHasher final
 
     FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop);
 
-    /// Reads the file to its end and returns its digest. An error in the middle of the file ends
-    /// it there. The percentage follows the size the file had when it was opened; a file that
-    /// reported no size tells none. The flag is looked at before every block.
+    /// Reads the file to its end and returns its digest. A file that can be read in part only has
+    /// none: the digest of that part would pass for the file's own. The percentage follows the size
+    /// the file had when it was opened; a file that reported no size tells none. The flag is looked
+    /// at before every block.
     FileResult hash(const QString& path, const Listener& listener);
 
   private:

@@ -163,6 +163,7 @@ void ChecksumFileVerifier::end(const QString& path, const std::optional<ReportLi
 {
     const bool stopped = engine::stop_requested(std::exchange(stop_, {}));
     jobs_.release();
+    pane_.host().release_algorithm();
     if (stopped) {
         give_up();
         return;

@@ -122,6 +122,7 @@ ChecksumFileWriter::Outcome ChecksumFileWriter::write_files(const QMap<QString, 
 void ChecksumFileWriter::end_files(const Outcome& outcome)
 {
     jobs_.release();
+    pane_.host().release_algorithm();
     for (const QString& name : outcome.not_created) {
         report_not_created(name);
     }
@@ -187,6 +188,7 @@ void ChecksumFileWriter::write_directory(const QString& directory, const QString
 void ChecksumFileWriter::end_directory(const QString& name, bool written)
 {
     jobs_.release();
+    pane_.host().release_algorithm();
     if (!written) {
         report_not_created(name);
         return;
