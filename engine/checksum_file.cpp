@@ -1,14 +1,16 @@
 #include "engine/checksum_file.h"
 
+#include "engine/line_splitter.h"
 #include "platform/new_file.h"
 #include "platform/sequential_file.h"
 
 #include <QFileInfo>
 #include <QSaveFile>
+#include <QStringDecoder>
 #include <QStringEncoder>
-#include <QTextStream>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -16,8 +18,10 @@ namespace engine {
 
 namespace {
 
-// Digest and name of the longest line that can name a file are far shorter.
+// Digest and name of the longest line that can name a file are far shorter. In bytes.
 constexpr qsizetype longest_line = 0x10000;
+
+constexpr qint64 block_size = 0x40000;
 
 constexpr qsizetype shortest_digest = 32;
 
@@ -41,37 +45,82 @@ QString escaped(QString name)
     return name.replace(u'\\', "\\\\"_L1).replace(u'\n', "\\n"_L1).replace(u'\r', "\\r"_L1);
 }
 
-/// The name that an escaped one stands for; nothing when it is none.
-std::optional<QString> unescaped(QStringView text)
+/// A backslash that escapes nothing known stands for itself: the name is then looked for, and its
+/// line is not passed over in silence.
+QString unescaped(QStringView name)
 {
-    QString name;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        if (text[i] != u'\\') {
-            name += text[i];
+    QString text;
+    for (qsizetype i = 0; i < name.size(); ++i) {
+        const QChar next = i + 1 < name.size() ? name[i + 1] : QChar();
+        const bool known = name[i] == u'\\' && (next == u'\\' || next == u'n' || next == u'r');
+        if (!known) {
+            text += name[i];
             continue;
         }
-        const QChar code = ++i < text.size() ? text[i] : QChar();
-        if (code != u'\\' && code != u'n' && code != u'r') {
-            return std::nullopt;
-        }
-        name += code == u'n' ? u'\n' : code == u'r' ? u'\r' : u'\\';
+        text += next == u'n' ? QChar(u'\n') : next == u'r' ? QChar(u'\r') : next;
+        ++i;
     }
-    return name;
+    return text;
 }
 
-/// Reads the next line that is no longer than a line can be; false at the end.
-bool read_line(QTextStream& stream, QString& line, const StopFlag& stop)
+/// Whether a line may be an entry, by its first bytes alone: most lines of a file that is no
+/// checksum file need not be decoded.
+bool begins_like_entry(QByteArrayView line)
 {
-    bool skipping = false;
-    while (!stop_requested(stop) && stream.readLineInto(&line, longest_line + 1)) {
-        const bool piece = line.size() > longest_line;
-        if (!piece && !skipping) {
-            return true;
-        }
-        skipping = piece;
-    }
-    return false;
+    const QByteArrayView digits = line.startsWith('\\') ? line.sliced(1) : line;
+    return digits.size() >= shortest_digest &&
+           std::all_of(digits.begin(), digits.begin() + shortest_digest,
+                       [](char c) { return is_hex_digit(QLatin1Char(c)); });
 }
+
+/// Reads the entries out of the blocks of a file.
+class Parser
+{
+  public:
+    /// `head` is the beginning of the file, which may bear the mark of an encoding.
+    Parser(QByteArrayView head, ExpectedDigests& into)
+        : encoding_(QStringConverter::encodingForData(head).value_or(QStringConverter::System)),
+          wide_(encoding_ != QStringConverter::System && encoding_ != QStringConverter::Utf8),
+          mark_size_(encoding_ == QStringConverter::Utf8 ? 3 : 0), from_wide_(encoding_),
+          from_line_(wide_ ? QStringConverter::Utf8 : encoding_, QStringConverter::Flag::Stateless),
+          into_(into)
+    {}
+
+    void add(QByteArrayView block)
+    {
+        QByteArray narrow;
+        if (wide_) {
+            // There a line feed is more than one byte.
+            const QString text = from_wide_(block);
+            narrow = to_utf8_(text);
+            block = narrow;
+        }
+        lines_.feed(block.sliced(std::exchange(mark_size_, 0)));
+        for (QByteArrayView line; lines_.next(line);) {
+            add_line(line);
+        }
+    }
+
+    void end() { add_line(lines_.rest()); }
+
+  private:
+    void add_line(QByteArrayView line)
+    {
+        if (begins_like_entry(line) && parse_checksum_line(from_line_(line), entry_)) {
+            into_.add(entry_);
+        }
+    }
+
+    QStringConverter::Encoding encoding_;
+    bool wide_; ///< in UTF-16 or UTF-32
+    qsizetype mark_size_;
+    QStringDecoder from_wide_;
+    QStringEncoder to_utf8_{QStringConverter::Utf8};
+    QStringDecoder from_line_;
+    LineSplitter lines_{longest_line};
+    ChecksumEntry entry_;
+    ExpectedDigests& into_;
+};
 
 } // namespace
 
@@ -95,14 +144,16 @@ bool parse_checksum_line(const QString& line, ChecksumEntry& entry)
     if (name.startsWith(u'*')) {
         name = name.sliced(1);
     }
-    const std::optional<QString> plain = is_escaped ? unescaped(name) : name.toString();
-    entry = {digest.toString(), plain.value_or(QString())};
-    return plain.has_value();
+    entry = {digest.toString(), is_escaped ? unescaped(name) : name.toString()};
+    return true;
 }
 
 ExpectedDigests::ExpectedDigests(const QString& directory)
     : prefix_(QFileInfo(directory).canonicalFilePath())
 {
+    if (prefix_.isEmpty()) {
+        prefix_ = directory; // gone meanwhile; its files must not pass for those of the root
+    }
     if (!prefix_.endsWith(u'/')) {
         prefix_ += u'/';
     }
@@ -157,25 +208,30 @@ bool ExpectedDigests::contains(const QString& path) const
 
 std::optional<ExpectedDigests> read_checksum_file(const QString& path, const StopFlag& stop)
 {
-    QFile file;
-    if (!platform::open_regular(file, path)) {
+    platform::SequentialFile file;
+    if (!file.open(path)) {
         return std::nullopt;
     }
     ExpectedDigests expected(QFileInfo(path).path());
-    QTextStream stream(&file);
-    stream.setEncoding(QStringConverter::System);
-    ChecksumEntry entry;
-    QString line;
-    while (read_line(stream, line, stop)) {
-        if (parse_checksum_line(line, entry)) {
-            expected.add(entry);
+    std::optional<Parser> parser;
+    QByteArray block(block_size, Qt::Uninitialized);
+    while (!stop_requested(stop)) {
+        const qint64 got = file.read(block.data(), block_size);
+        if (got < 0) {
+            return std::nullopt;
         }
+        const QByteArrayView bytes(block.constData(), got);
+        if (!parser) {
+            parser.emplace(bytes, expected);
+        }
+        if (got == 0) {
+            parser->end();
+            expected.close();
+            return expected;
+        }
+        parser->add(bytes);
     }
-    if (file.error() != QFileDevice::NoError) {
-        return std::nullopt;
-    }
-    expected.close();
-    return expected;
+    return std::nullopt;
 }
 
 QByteArray encode_checksum_text(const QString& text)

@@ -28,8 +28,8 @@ struct ChecksumEntry
 /// Reads one line, without its line end. The digest is the leading run of non-blank characters and
 /// must be 32 or more hexadecimal digits; the rest, trimmed, is the name, less one leading "*"
 /// (the mark of binary mode). A line that begins with a backslash has a name in which "\\", "\n"
-/// and "\r" stand for a backslash and line breaks, as md5sum writes it. False for any other line,
-/// comments and empty ones included.
+/// and "\r" stand for a backslash and line breaks, as md5sum writes it; any other backslash stands
+/// for itself. False for any other line, comments and empty ones included.
 bool parse_checksum_line(const QString& line, ChecksumEntry& entry);
 
 /// The files that a checksum file lists, with the digests that it expects of them.
@@ -75,10 +75,10 @@ class ExpectedDigests final
 };
 
 /// Reads a whole checksum file; the names are taken in its directory. Lines end at LF or CR LF and
-/// the text is in the encoding of the system. Lines longer than any name could make them are
-/// skipped piece by piece, so that a file that is no text costs no memory. Nothing when it cannot
-/// be opened, or read to its end. Ends early, with a part, when the flag is raised. Safe in any
-/// thread.
+/// the text is in the encoding of the system, unless it begins with the mark of a Unicode encoding.
+/// Lines longer than any name could make them are skipped piece by piece, so that a file that is no
+/// text costs no memory. Nothing when it cannot be opened, or read to its end, or when the flag is
+/// raised meanwhile: what was read until then says nothing of the rest. Safe in any thread.
 std::optional<ExpectedDigests> read_checksum_file(const QString& path,
                                                   const StopFlag& stop = nullptr);
 
