@@ -58,5 +58,9 @@ QString settings_path_to_write()
         return local_path();
     }
     QDir().mkpath(user_folder());
+    // Not every save writes every key: what the file here says of the others goes on counting.
+    if (QFile::copy(local_path(), user_path())) {
+        QFile::setPermissions(user_path(), QFile::ReadOwner | QFile::WriteOwner);
+    }
     return user_path();
 }
