@@ -96,8 +96,9 @@ QString volume_entry(const Volume& volume)
 
 QString root_of_entry(const QString& entry)
 {
-    // A label may hold anything; the mount point comes last.
-    const qsizetype open = entry.startsWith("(/"_L1) ? 0 : entry.lastIndexOf(" (/"_L1) + 1;
+    // A label may hold anything, parentheses and paths included; the mount point comes last.
+    const bool unlabelled = entry.startsWith("(/"_L1) && !entry.contains(") (/"_L1);
+    const qsizetype open = unlabelled ? 0 : entry.lastIndexOf(" (/"_L1) + 1;
     const bool named = entry.sliced(open).startsWith("(/"_L1) && entry.endsWith(u')');
     return named ? entry.sliced(open + 1).chopped(1) : QString();
 }

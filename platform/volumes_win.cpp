@@ -58,7 +58,10 @@ QString root_of_path(const QString& path)
 
 QStringList fallback_roots(const QString& text)
 {
-    return {root_of_path(text), root_of_entry(text)};
+    // The beginning of a label may be the name of a directory, but no label holds a colon.
+    const bool is_entry = text.endsWith(":)"_L1) && text.indexOf(u':') == text.size() - 2;
+    return is_entry ? QStringList{root_of_entry(text)}
+                    : QStringList{root_of_path(text), root_of_entry(text)};
 }
 
 qsizetype find_entry(const QStringList& entries, const QString& canonical_path)
