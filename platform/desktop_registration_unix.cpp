@@ -47,15 +47,14 @@ QString icon_path()
     return data_path("icons/hicolor/128x128/apps/tavrel.png"_L1);
 }
 
-/// Replaces the file as a whole or leaves it as it was.
-void write_file(const QString& path, const QByteArray& content)
+/// Replaces the file as a whole or leaves it as it was. Answers which.
+bool write_file(const QString& path, const QByteArray& content)
 {
     QDir().mkpath(QFileInfo(path).path());
     QSaveFile file(path);
     // commit() does not see that its own last flush failed.
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()) {
-        file.commit();
-    }
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() &&
+           file.flush() && file.commit();
 }
 
 /// What the tool prints; empty when it is missing, fails or does not come to an end.
@@ -183,8 +182,8 @@ bool is_installed(const QString& program_path)
                                                     u"applications/tavrel.desktop"_s);
     entries.removeAll(desktop_entry_path());
     return std::any_of(entries.begin(), entries.end(), [&](const QString& entry) {
-        const QString command =
-            QString::fromUtf8(value_in(entry, "Exec=")).section(u' ', 0, 0).remove(u'"');
+        const QString exec = QString::fromUtf8(value_in(entry, "Exec="));
+        const QString command = QProcess::splitCommand(exec).value(0);
         const QString program = QStandardPaths::findExecutable(command);
         return !program.isEmpty() && QFileInfo(program) == QFileInfo(program_path);
     });
@@ -219,28 +218,26 @@ void install_icon()
     }
 }
 
-/// Changes the user's mimeapps.list, unless it is there and cannot be read.
+/// Changes the user's mimeapps.list, unless it is there and cannot be read. Answers whether it now
+/// says what it should.
 template<typename Change>
-void change_mime_apps_list(Change change)
+bool change_mime_apps_list(Change change)
 {
     const QString path = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
                          "/mimeapps.list"_L1;
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly) && file.exists()) {
-        return;
+        return false;
     }
     const QByteArray before = file.isOpen() ? file.readAll() : QByteArray();
     if (file.isOpen() && file.error() != QFileDevice::NoError) {
-        return;
+        return false;
     }
     file.close();
     MimeAppsList list(before);
     change(list);
-    if (list.content().isEmpty()) {
-        QFile::remove(path);
-    } else if (list.content() != before) {
-        write_file(path, list.content());
-    }
+    const QByteArray after = list.content();
+    return after == before || (after.isEmpty() ? QFile::remove(path) : write_file(path, after));
 }
 
 QByteArray default_application(const QByteArray& type)
@@ -249,18 +246,23 @@ QByteArray default_application(const QByteArray& type)
         .trimmed();
 }
 
-/// The defaults of the general types that are to stay: where a desktop only guesses the default of
-/// a type, a new entry of the user's comes first in its guess.
-QList<KeptDefault> defaults_to_keep()
+/// What the desktop opens the general types with today, as far as it can be asked.
+QList<KeptDefault> present_defaults()
 {
-    QList<KeptDefault> kept;
+    QList<KeptDefault> present;
     for (const QByteArray& type : general_types) {
         const QByteArray app = default_application(type);
-        if (!app.isEmpty() && app != desktop_id) {
-            kept.append({type, app});
-        }
+        present.append({type, app == desktop_id ? QByteArray() : app});
     }
-    return kept;
+    return present;
+}
+
+void make_default(MimeAppsList& list)
+{
+    list.allow(desktop_id);
+    for (const QByteArray& type : checksum_types) {
+        list.set_default(type, desktop_id);
+    }
 }
 
 void install_entry(const QString& program_path, const QList<QByteArray>& types,
@@ -276,26 +278,32 @@ void install_entry(const QString& program_path, const QList<QByteArray>& types,
 
 void register_with_desktop(const QString& program_path)
 {
-    const bool installed = is_installed(program_path);
-    const QList<KeptDefault> wanted = installed ? QList<KeptDefault>() : defaults_to_keep();
-    QList<QByteArray> types = checksum_types;
+    if (is_installed(program_path)) {
+        // An entry of the user's own, from before, would hide the installed one.
+        if (QFile::exists(desktop_entry_path())) {
+            unregister_from_desktop();
+        }
+        change_mime_apps_list(make_default);
+        return;
+    }
+    // Where a desktop only guesses the default of a type, a new entry of the user's comes first in
+    // its guess. So the program is offered where another one is named, by this if need be.
+    const QList<KeptDefault> present = present_defaults();
     QList<KeptDefault> kept = kept_defaults();
-    change_mime_apps_list([&](MimeAppsList& list) {
-        list.allow(desktop_id);
-        for (const KeptDefault& each : wanted) {
-            types.append(each.type);
-            if (!list.has_default(each.type)) {
+    QList<QByteArray> offered;
+    const bool named = change_mime_apps_list([&](MimeAppsList& list) {
+        make_default(list);
+        for (const KeptDefault& each : present) {
+            if (!list.has_default(each.type) && !each.app.isEmpty()) {
                 list.set_default(each.type, each.app);
                 kept.append(each);
             }
-        }
-        for (const QByteArray& type : checksum_types) {
-            list.set_default(type, desktop_id);
+            if (list.has_default(each.type)) {
+                offered.append(each.type);
+            }
         }
     });
-    if (!installed) {
-        install_entry(program_path, types, kept);
-    }
+    install_entry(program_path, named ? checksum_types + offered : checksum_types, kept);
 }
 
 void unregister_from_desktop()
@@ -305,7 +313,7 @@ void unregister_from_desktop()
         for (const KeptDefault& each : kept_defaults()) {
             list.remove_default(each.type, each.app);
         }
-        list.drop_empty_sections();
+        list.drop_empty_defaults();
     });
     for (const QString& path : {desktop_entry_path(), mime_package_path(), icon_path()}) {
         QFile::remove(path);

@@ -14,6 +14,7 @@ struct Entry
 {
     QByteArray type;
     QList<QByteArray> apps;
+    bool terminated = true; ///< a semicolon ends the list, as it should
 };
 
 /// The entry in a line; one without type when the line is of another kind.
@@ -23,7 +24,7 @@ Entry parse(const QByteArray& line)
     if (equals < 0 || line.startsWith('#')) {
         return {};
     }
-    Entry entry{line.first(equals).trimmed(), {}};
+    Entry entry{line.first(equals).trimmed(), {}, line.trimmed().endsWith(';')};
     for (const QByteArray& app : line.sliced(equals + 1).split(';')) {
         if (const QByteArray name = app.trimmed(); !name.isEmpty()) {
             entry.apps.append(name);
@@ -34,7 +35,7 @@ Entry parse(const QByteArray& line)
 
 QByteArray format(const Entry& entry)
 {
-    return entry.type + '=' + entry.apps.join(';') + ';';
+    return entry.type + '=' + entry.apps.join(';') + (entry.terminated ? ";" : "");
 }
 
 } // namespace
@@ -76,7 +77,8 @@ qsizetype MimeAppsList::find(const Range& range, const QByteArray& type) const
 
 bool MimeAppsList::has_default(const QByteArray& type) const
 {
-    return find(section(defaults), type) >= 0;
+    const qsizetype found = find(section(defaults), type);
+    return found >= 0 && !parse(lines_[found]).apps.isEmpty();
 }
 
 void MimeAppsList::set_default(const QByteArray& type, const QByteArray& app)
@@ -104,13 +106,11 @@ void MimeAppsList::remove_default(const QByteArray& type, const QByteArray& app)
     }
 }
 
-void MimeAppsList::drop_empty_sections()
+void MimeAppsList::drop_empty_defaults()
 {
-    for (qsizetype i = lines_.size() - 1; i >= 0; --i) {
-        const bool last = i + 1 == lines_.size() || lines_[i + 1].startsWith('[');
-        if (lines_[i].startsWith('[') && last) {
-            lines_.removeAt(i);
-        }
+    const Range range = section(defaults);
+    if (range.begin >= 0 && range.begin == range.end) {
+        lines_.removeAt(range.begin - 1);
     }
 }
 

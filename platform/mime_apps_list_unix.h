@@ -14,6 +14,7 @@ class MimeAppsList final
 
     QByteArray content() const;
 
+    /// Whether any application is named as default of the type.
     bool has_default(const QByteArray& type) const;
 
     /// Puts the application before the others that are named as default of the type.
@@ -22,8 +23,8 @@ class MimeAppsList final
     /// Takes back a set_default(), unless it was changed since.
     void remove_default(const QByteArray& type, const QByteArray& app);
 
-    /// Removes headers with nothing below them.
-    void drop_empty_sections();
+    /// Removes the header of the defaults if nothing is left below it.
+    void drop_empty_defaults();
 
     /// Takes back that the application was once removed from types.
     void allow(const QByteArray& app);
