@@ -22,7 +22,7 @@ namespace {
 constexpr size_t most_ahead = 128;
 constexpr qint64 most_bytes_ahead = 0x1000000;
 
-// The rest of a larger file is asked for while it is read.
+// Of a larger file, the window reads the rest when the job has come to it.
 constexpr qint64 largest_head = 0x200000;
 
 // After so many files in a row that are in memory, the next ones will be there as well.
