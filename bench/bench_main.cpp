@@ -22,8 +22,25 @@ namespace {
 using Line = std::vector<Result> (*)(const Data&, const Scale&);
 
 constexpr Line table[] = {
-    hash_large_file, compare_large_files,   hash_directory, compare_directories, keep_answering,
-    list_directory,  hash_nested_directory, grow_directory, hold_rows,           start};
+    hash_large_file,
+    compare_large_files,
+    hash_directory,
+    compare_directories,
+    keep_answering,
+    list_directory,
+    hash_nested_directory,
+    grow_directory,
+    hold_rows,
+    start,
+    hash_cold_directory,
+    compare_cold_directories,
+    hash_cold_large_file,
+    compare_cold_large_files,
+    hash_cold_nested_directory,
+    write_checksum_files,
+    verify_checksum_file,
+    keep_answering_at_any_size,
+};
 
 Scale quick_scale()
 {
@@ -33,7 +50,12 @@ Scale quick_scale()
     scale.files = 2'000;
     scale.directories = 20;
     scale.listed_files = 4'000;
-    scale.growing = {100, 1'000, 4'000};
+    scale.few_files = 100;
+    scale.many_files = 4'000;
+    scale.most_files = 8'000;
+    scale.cold_files = 2'000;
+    scale.cold_directories = 20;
+    scale.cold_bytes = scale.large_bytes;
     return scale;
 }
 

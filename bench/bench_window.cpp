@@ -3,7 +3,9 @@
 #include "tree/mytreewidget.h"
 #include "rows/pane_row.h"
 
+#include <QApplication>
 #include <QEventLoop>
+#include <QMessageBox>
 #include <QTimer>
 #include <QTreeWidgetItemIterator>
 
@@ -62,6 +64,20 @@ int count_files(const MyTreeWidget& pane, Holds holds)
         }
     }
     return count;
+}
+
+/// Answers whether there was a message box.
+bool close_message_box()
+{
+    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    if (!box) {
+        return false;
+    }
+    if (box->icon() == QMessageBox::Critical) {
+        qFatal("the window reports: %s", qPrintable(box->text().left(200)));
+    }
+    box->reject();
+    return true;
 }
 
 void expect(int found, int wanted, const char* what)
@@ -128,6 +144,34 @@ double BenchWindow::compare_all()
     QObject::connect(&window_, &MainFen::alldone, clock.context(), [&] { clock.stop(); });
     QObject::connect(&window_, &MainFen::alldone, &window_, &MainFen::results);
     compare->trigger();
+    return clock.seconds();
+}
+
+double BenchWindow::until_idle(const std::function<void()>& start)
+{
+    Clock clock;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, clock.context(), [&] {
+        if (!close_message_box() && !first().job_running()) {
+            clock.stop();
+        }
+    });
+    start();
+    poll.start(1ms);
+    return clock.seconds();
+}
+
+double BenchWindow::until_report(const std::function<void()>& start)
+{
+    Clock clock;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, clock.context(), [&] {
+        if (close_message_box()) {
+            clock.stop();
+        }
+    });
+    start();
+    poll.start(1ms);
     return clock.seconds();
 }
 

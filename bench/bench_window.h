@@ -4,6 +4,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class MyTreeWidget;
 
 namespace bench {
@@ -33,6 +35,11 @@ class BenchWindow
 
     /// Seconds from the trigger of "Comparer Tout" until alldone().
     double compare_all();
+
+    /// Seconds from `start`, which starts work in the first pane, until that pane is at rest again,
+    /// or until it reports in a message box, which is closed. A report of a fault ends the program.
+    double until_idle(const std::function<void()>& start);
+    double until_report(const std::function<void()>& start);
 
     /// Ends the program unless so many files of the first pane carry a checksum, or of both panes
     /// the mark of identical files: the time of work that was not done means nothing.

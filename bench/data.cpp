@@ -1,5 +1,6 @@
 #include "bench/data.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -41,9 +42,14 @@ void create(QFile& file)
     }
 }
 
+QString small_file_name(int number)
+{
+    return u"photo-%1.jpg"_s.arg(number, 6, 10, QChar(u'0'));
+}
+
 void write_small_file(const QString& directory, int number)
 {
-    QFile file(directory + u"/photo-%1.jpg"_s.arg(number, 6, 10, QChar(u'0')));
+    QFile file(directory + u'/' + small_file_name(number));
     create(file);
     write(file, noise(static_cast<quint32>(number), small_size));
 }
@@ -68,6 +74,11 @@ Data::Data(const QString& folder) : folder_(QDir(folder).absolutePath())
 QString Data::nested_name()
 {
     return u"album"_s;
+}
+
+QString Data::list_name()
+{
+    return u"photos.md5"_s;
 }
 
 template<class Fill>
@@ -112,6 +123,20 @@ QString Data::nested(int files, int directories) const
                 QDir().mkpath(day);
             }
             write_small_file(day, i);
+        }
+    });
+}
+
+QString Data::listed(int files) const
+{
+    return make_once(u"listed-%1"_s.arg(files), [&](const QString& directory) {
+        QFile list(directory + u'/' + list_name());
+        create(list);
+        for (int i = 0; i < files; ++i) {
+            const QByteArray bytes = noise(static_cast<quint32>(i), small_size);
+            const QByteArray digest = QCryptographicHash::hash(bytes, QCryptographicHash::Md5);
+            write_small_file(directory, i);
+            write(list, digest.toHex() + "  " + small_file_name(i).toUtf8() + '\n');
         }
     });
 }

@@ -23,10 +23,14 @@ class Data
     /// many subdirectories.
     QString nested(int files, int directories) const;
 
+    /// A directory with this many files of 4 KiB and an MD5 checksum file of them, `list_name`.
+    QString listed(int files) const;
+
     /// A directory without anything in it.
     QString empty(QChar copy = u'a') const;
 
     static QString nested_name();
+    static QString list_name();
 
   private:
     template<class Fill>

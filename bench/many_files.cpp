@@ -16,21 +16,6 @@ namespace bench {
 
 namespace {
 
-Peer md5sum(const QStringList& files, double aim)
-{
-    const QString list_file = QDir::current().filePath(u"files.list"_s);
-    const QStringList command = command_over({u"md5sum"_s}, files, list_file);
-    return {u"`md5sum`"_s, [command] { return run_timed(command); }, aim};
-}
-
-// It works on several files at a time, like the two panes do.
-Peer hashdeep(const QStringList& directories)
-{
-    const QStringList command = QStringList{u"hashdeep"_s, u"-c"_s, u"md5"_s, u"-r"_s}
-                                << directories;
-    return {u"`hashdeep -c md5 -r`"_s, [command] { return run_timed(command); }, {}};
-}
-
 double time_hash_all(const QString& directory, int files)
 {
     BenchWindow window;
@@ -49,13 +34,6 @@ double cost_per_file(const QString& directory, int files, int windows)
         seconds += time_hash_all(directory, files);
     }
     return seconds * 1e6 / files / windows;
-}
-
-void record(Result& result, double ours, double other)
-{
-    result.ours.values.push_back(ours);
-    result.other.values.push_back(other);
-    result.figures.push_back(ours / other);
 }
 
 } // namespace
@@ -110,36 +88,37 @@ std::vector<Result> hash_nested_directory(const Data& data, const Scale& scale)
 
 std::vector<Result> grow_directory(const Data& data, const Scale& scale)
 {
-    constexpr double aim = 1.2;
-    const auto row = [&](const QString& ours, const QString& other) {
-        return Result{8,
-                      u"HashAll(), cost per file: "_s + ours,
-                      {},
-                      {},
-                      aim,
-                      {ours, u"µs"_s, {}},
-                      {other, u"µs"_s, {}}};
-    };
+    const int few = scale.few_files;
+    const int many = scale.many_files;
     const auto of = [](int files) { return u"of %1 files"_s.arg(files); };
-    Result growth = row(of(scale.growing.back()), of(scale.growing.front()));
-    Result spread = row(u"the costliest size"_s, u"the cheapest size"_s);
+    Result growth{8,
+                  u"HashAll(), cost per file: "_s + of(many),
+                  {},
+                  {},
+                  1.2,
+                  {of(many), u"µs"_s, {}},
+                  {of(few), u"µs"_s, {}}};
     for_rounds(growth.work, scale.rounds, [&](bool counts) {
-        std::vector<double> costs;
-        QStringList shown;
-        for (const int files : scale.growing) {
-            constexpr int enough_windows = 20;
-            const int windows = std::min(enough_windows, scale.growing.back() / files);
-            costs.push_back(cost_per_file(data.flat(files), files, windows));
-            shown.append(u"%1 µs of %2"_s.arg(costs.back(), 0, 'f', 2).arg(files));
-        }
-        show_progress(u"  "_s + shown.join(u", "_s));
-        const auto [cheapest, costliest] = std::minmax_element(costs.begin(), costs.end());
+        constexpr int windows_of_few = 20;
+        const double cost_of_few = cost_per_file(data.flat(few), few, windows_of_few);
+        const double cost_of_many = cost_per_file(data.flat(many), many, 1);
+        show_progress(u"  %1 µs and %2 µs"_s.arg(cost_of_few).arg(cost_of_many));
         if (counts) {
-            record(growth, costs.back(), costs.front());
-            record(spread, *costliest, *cheapest);
+            growth.ours.values.push_back(cost_of_many);
+            growth.other.values.push_back(cost_of_few);
+            growth.figures.push_back(cost_of_many / cost_of_few);
         }
     });
-    return {growth, spread};
+    // The system's own cost per file grows with their number, too: so others measure the most.
+    const QString directory = data.flat(scale.most_files);
+    std::vector<Result> results = {growth};
+    const auto most = run_contest({8,
+                                   u"HashAll(), %1 files"_s.arg(scale.most_files),
+                                   [&] { return time_hash_all(directory, scale.most_files); },
+                                   {md5sum(files_below(directory), 1.2)}},
+                                  scale.rounds);
+    results.insert(results.end(), most.begin(), most.end());
+    return results;
 }
 
 } // namespace bench

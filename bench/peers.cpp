@@ -1,5 +1,6 @@
 #include "bench/peers.h"
 
+#include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
 
@@ -67,6 +68,20 @@ QStringList command_over(const QStringList& program, const QStringList& files,
         list.write(QFile::encodeName(file) + '\0');
     }
     return QStringList{u"xargs"_s, u"-0"_s, u"-a"_s, list_file, u"-s"_s, u"2000000"_s} + program;
+}
+
+Peer md5sum(const QStringList& files, std::optional<double> aim)
+{
+    const QString list_file = QDir::current().filePath(u"files.list"_s);
+    const QStringList command = command_over({u"md5sum"_s}, files, list_file);
+    return {u"`md5sum`"_s, [command] { return run_timed(command); }, aim};
+}
+
+Peer hashdeep(const QStringList& directories)
+{
+    const QStringList command = QStringList{u"hashdeep"_s, u"-c"_s, u"md5"_s, u"-r"_s}
+                                << directories;
+    return {u"`hashdeep -c md5 -r`"_s, [command] { return run_timed(command); }, {}};
 }
 
 } // namespace bench

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "bench/contest.h"
+
 #include <QStringList>
+
+#include <optional>
 
 namespace bench {
 
@@ -13,5 +17,10 @@ double run_timed(const QStringList& command);
 /// starts as the system allows. Writes the list to the file named.
 QStringList command_over(const QStringList& program, const QStringList& files,
                          const QString& list_file);
+
+/// Programs that digest small files: one file after another, and several files at a time like the
+/// two panes do.
+Peer md5sum(const QStringList& files, std::optional<double> aim);
+Peer hashdeep(const QStringList& directories);
 
 } // namespace bench

@@ -55,21 +55,26 @@ double peak_memory_with(const QString& first, const QString& second)
     return readable ? output.readAll().toDouble() : 0;
 }
 
-} // namespace
-
-std::vector<Result> keep_answering(const Data& data, const Scale& scale)
+struct Silence
 {
-    const QString first = data.flat(scale.files, u'a');
-    const QString second = data.flat(scale.files, u'b');
+    int line = 0;
+    int files = 0;  ///< on each side
+    double aim = 0; ///< milliseconds
+};
+
+std::vector<Result> longest_silence(const Data& data, const Silence& line, int rounds)
+{
+    const QString first = data.flat(line.files, u'a');
+    const QString second = data.flat(line.files, u'b');
     Result result{
-        5,
-        u"Longest silence, listing and comparing two directories of %1 files"_s.arg(scale.files),
+        line.line,
+        u"Longest silence, listing and comparing two directories of %1 files"_s.arg(line.files),
         u"ms"_s,
         {},
-        100,
+        line.aim,
         {u"Tavrel"_s, u"ms"_s, {}},
         {}};
-    for_rounds(result.work, scale.rounds, [&](bool counts) {
+    for_rounds(result.work, rounds, [&](bool counts) {
         BenchWindow window;
         const Heartbeat heartbeat;
         settle();
@@ -78,7 +83,7 @@ std::vector<Result> keep_answering(const Data& data, const Scale& scale)
         window.compare_all();
         settle();
         const double longest = heartbeat.longest_gap();
-        window.expect_identical(scale.files);
+        window.expect_identical(line.files);
         show_progress(u"  %1 ms while listing, %2 ms in all"_s.arg(listing).arg(longest));
         if (counts) {
             result.figures.push_back(longest);
@@ -86,6 +91,18 @@ std::vector<Result> keep_answering(const Data& data, const Scale& scale)
         }
     });
     return {result};
+}
+
+} // namespace
+
+std::vector<Result> keep_answering(const Data& data, const Scale& scale)
+{
+    return longest_silence(data, {5, scale.files, 33}, scale.rounds);
+}
+
+std::vector<Result> keep_answering_at_any_size(const Data& data, const Scale& scale)
+{
+    return longest_silence(data, {18, scale.most_files, 100}, scale.rounds);
 }
 
 std::vector<Result> list_directory(const Data& data, const Scale& scale)

@@ -3,14 +3,13 @@
 #include "engine/file_window.h"
 #include "platform/read_ahead.h"
 
-#include <QMutex>
-#include <QMutexLocker>
 #include <QThreadPool>
-#include <QWaitCondition>
 
 #include <algorithm>
 #include <atomic>
+#include <condition_variable>
 #include <deque>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -23,7 +22,7 @@ namespace {
 constexpr size_t most_ahead = 128;
 constexpr qint64 most_bytes_ahead = 0x1000000;
 
-// The rest of a larger file is asked for while it is read.
+// Of a larger file, the window reads the rest when the job has come to it.
 constexpr qint64 largest_head = 0x200000;
 
 // After so many files in a row that are in memory, the next ones will be there as well.
@@ -50,7 +49,7 @@ class ReadAhead::Helper
     /// Job: comes to this place. What was asked for up to it makes room.
     void pass(const QString& path)
     {
-        const QMutexLocker lock(&mutex_);
+        const std::lock_guard lock(mutex_);
         const auto is_here = [&](const Asked& asked) { return asked.path == path; };
         const auto here = std::find_if(asked_.begin(), asked_.end(), is_here);
         if (here == asked_.end()) {
@@ -64,35 +63,35 @@ class ReadAhead::Helper
         asked_.erase(asked_.begin(), here + 1);
         if (full_ && 4 * asked_.size() <= 3 * most_ahead && 4 * bytes_ <= 3 * most_bytes_ahead) {
             full_ = false;
-            wake_.wakeOne();
+            wake_.notify_one();
         }
     }
 
     /// Job: shows the way. Answers whether there is no thread yet to follow it.
     bool show(Route&& route)
     {
-        const QMutexLocker lock(&mutex_);
+        const std::lock_guard lock(mutex_);
         route_ = std::move(route);
         rest();
         at_work_.store(true, std::memory_order_relaxed);
-        wake_.wakeOne();
+        wake_.notify_one();
         return !std::exchange(has_thread_, true);
     }
 
     /// Job: has read so much of this file; of none, when the path is empty.
     void follow(const Reader& reader)
     {
-        const QMutexLocker lock(&mutex_);
+        const std::lock_guard lock(mutex_);
         reader_ = reader;
-        wake_.wakeOne();
+        wake_.notify_one();
     }
 
     /// Job: is over.
     void dismiss()
     {
-        const QMutexLocker lock(&mutex_);
+        const std::lock_guard lock(mutex_);
         over_ = true;
-        wake_.wakeOne();
+        wake_.notify_one();
     }
 
     /// Reads ahead until the job is over, in a thread of its own.
@@ -134,7 +133,7 @@ class ReadAhead::Helper
     /// Waits until there is something to do; none when the job is over.
     Duty next_duty()
     {
-        const QMutexLocker lock(&mutex_);
+        std::unique_lock lock(mutex_);
         while (!over_) {
             const bool stopped = stop_requested(stop_);
             // What is being read comes before what will be.
@@ -148,7 +147,7 @@ class ReadAhead::Helper
             if (!stopped && is_at_work() && !full_) {
                 return Duty::Scout;
             }
-            wake_.wait(&mutex_);
+            wake_.wait(lock);
         }
         return Duty::None;
     }
@@ -157,7 +156,7 @@ class ReadAhead::Helper
     {
         std::optional<Reader> reader;
         {
-            const QMutexLocker lock(&mutex_);
+            const std::lock_guard lock(mutex_);
             reader.swap(reader_);
         }
         if (reader && reader->path != window_path_) {
@@ -185,7 +184,7 @@ class ReadAhead::Helper
     /// whether the place, or the way to it, is still wanted.
     bool ask_for(const std::optional<Scout::Place>& place)
     {
-        const QMutexLocker lock(&mutex_);
+        const std::lock_guard lock(mutex_);
         if (route_ || !is_at_work()) {
             return false;
         }
@@ -200,7 +199,7 @@ class ReadAhead::Helper
 
     void take_note(const platform::Head& head)
     {
-        const QMutexLocker lock(&mutex_);
+        const std::lock_guard lock(mutex_);
         // Only this thread adds to the list, so the file in question is the last of it, unless the
         // job has come past it.
         if (!asked_.empty()) {
@@ -215,8 +214,10 @@ class ReadAhead::Helper
     }
 
     const StopFlag stop_;
-    QMutex mutex_;
-    QWaitCondition wake_;
+    // Not the toolkit's: its condition hides from the thread sanitizer that it lets go of the
+    // mutex.
+    std::mutex mutex_;
+    std::condition_variable wake_;
     std::optional<Route> route_; ///< shown and not taken yet
     std::deque<Asked> asked_;    ///< places before the job, in its order
     qint64 bytes_ = 0;           ///< of them

@@ -46,7 +46,7 @@ std::vector<unsigned char> pages_in_memory(int descriptor, Stretch of, qint64 pa
     if (mapping == MAP_FAILED) {
         return {};
     }
-    std::vector<unsigned char> pages((of.end - of.begin + page - 1) / page);
+    std::vector<unsigned char> pages(static_cast<size_t>((of.end - of.begin + page - 1) / page));
     const bool told = ::mincore(mapping, length, pages.data()) == 0;
     ::munmap(mapping, length);
     return told ? pages : std::vector<unsigned char>();
@@ -97,7 +97,9 @@ qint64 SequentialFile::read(char* into, qint64 length)
 qint64 SequentialFile::read_at_hand(char* into, qint64 length)
 {
 #ifdef RWF_NOWAIT
-    const iovec part = {into, static_cast<size_t>(length)};
+    iovec part = {};
+    part.iov_base = into;
+    part.iov_len = static_cast<size_t>(length);
     constexpr off_t where_it_stands = -1;
     const ssize_t got = ::preadv2(static_cast<int>(handle_), &part, 1, where_it_stands, RWF_NOWAIT);
     if (got > 0) {
