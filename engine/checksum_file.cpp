@@ -206,7 +206,7 @@ bool ExpectedDigests::contains(const QString& path) const
     return found != lines_.end() && name_of(*found) == name;
 }
 
-std::optional<ExpectedDigests> read_checksum_file(const QString& path, const StopFlag& stop)
+std::optional<ExpectedDigests> read_checksum_file(const QString& path, const std::stop_token& stop)
 {
     platform::SequentialFile file;
     if (!file.open(path)) {
@@ -215,7 +215,7 @@ std::optional<ExpectedDigests> read_checksum_file(const QString& path, const Sto
     ExpectedDigests expected(QFileInfo(path).path());
     std::optional<Parser> parser;
     QByteArray block(block_size, Qt::Uninitialized);
-    while (!stop_requested(stop)) {
+    while (!stop.stop_requested()) {
         const qint64 got = file.read(block.data(), block_size);
         if (got < 0) {
             return std::nullopt;

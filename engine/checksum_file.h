@@ -1,11 +1,10 @@
 #pragma once
 
-#include "engine/stop_flag.h"
-
 #include <QByteArray>
 #include <QString>
 
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace engine {
@@ -80,7 +79,7 @@ class ExpectedDigests final
 /// text costs no memory. Nothing when it cannot be opened, or read to its end, or when the flag is
 /// raised meanwhile: what was read until then says nothing of the rest. Safe in any thread.
 std::optional<ExpectedDigests> read_checksum_file(const QString& path,
-                                                  const StopFlag& stop = nullptr);
+                                                  const std::stop_token& stop = {});
 
 /// Text in the encoding of the system, as checksum files hold it.
 QByteArray encode_checksum_text(const QString& text);

@@ -33,7 +33,7 @@ void tell(const std::function<void(Values...)>& listener, Values... values)
 
 } // namespace
 
-FileHasher::FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop)
+FileHasher::FileHasher(QCryptographicHash::Algorithm algorithm, std::stop_token stop)
     : digest_(algorithm), stop_(std::move(stop)), block_(block_size, Qt::Uninitialized)
 {}
 
@@ -49,7 +49,7 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
 
     int shown = -1;
     bool waits = false;
-    for (qint64 total = 0; !stop_requested(stop_);) {
+    for (qint64 total = 0; !stop_.stop_requested();) {
         const bool know_enough = waits || total >= size;
         qint64 read = know_enough ? File::cannot_tell : read_at_hand(file, total);
         if (read == File::would_wait) {
@@ -76,7 +76,7 @@ FileResult FileHasher::hash(const QString& path, const Listener& listener)
             listener.progress(percent);
         }
     }
-    if (stop_requested(stop_)) {
+    if (stop_.stop_requested()) {
         listener.progress(100);
         return {FileOutcome::Stopped, {}};
     }

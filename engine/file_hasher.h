@@ -1,12 +1,12 @@
 #pragma once
 
 #include "engine/digest.h"
-#include "engine/stop_flag.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <functional>
+#include <stop_token>
 
 namespace platform {
 class SequentialFile;
@@ -43,7 +43,7 @@ class FileHasher final
                                                        ///< while there are more
     };
 
-    FileHasher(QCryptographicHash::Algorithm algorithm, StopFlag stop);
+    FileHasher(QCryptographicHash::Algorithm algorithm, std::stop_token stop);
 
     /// Reads the file to its end and returns its digest. A file that can be read in part only has
     /// none: the digest of that part would pass for the file's own. The percentage follows the size
@@ -55,7 +55,7 @@ class FileHasher final
     qint64 read_at_hand(platform::SequentialFile& file, qint64 at);
 
     Digest digest_;
-    StopFlag stop_;
+    std::stop_token stop_;
     QByteArray block_;
     int untold_ = 0; ///< blocks of which the system did not tell whether they are in memory
 };

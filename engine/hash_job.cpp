@@ -25,7 +25,7 @@ QString place_in(const QString& directory, const QString& name)
 class TreeWalk
 {
   public:
-    TreeWalk(RowId row, const QString& path, RowId& next_row, const StopFlag& stop)
+    TreeWalk(RowId row, const QString& path, RowId& next_row, const std::stop_token& stop)
         : next_row_(next_row), stop_(stop)
     {
         enter(row, path);
@@ -85,7 +85,7 @@ class TreeWalk
     }
 
     RowId& next_row_;
-    const StopFlag& stop_;
+    const std::stop_token& stop_;
     std::vector<OpenDirectory> levels_;
     std::vector<RowId> rows_; ///< of the levels
     QSet<QString> ancestors_;
@@ -94,7 +94,8 @@ class TreeWalk
 class Job
 {
   public:
-    Job(const HashPlan& plan, const StopFlag& stop, const std::function<void(JobMessage&&)>& tell)
+    Job(const HashPlan& plan, const std::stop_token& stop,
+        const std::function<void(JobMessage&&)>& tell)
         : plan_(plan), stop_(stop), tell_(tell), hasher_(plan.algorithm, stop),
           ahead_(plan.exclusions, stop), next_row_(plan.next_row)
     {}
@@ -115,7 +116,7 @@ class Job
                 walk(step);
                 break;
             }
-            if (stop_requested(stop_)) {
+            if (stop_.stop_requested()) {
                 return;
             }
         }
@@ -154,7 +155,7 @@ class Job
 
     void work_through(TreeWalk& walk)
     {
-        while (!stop_requested(stop_)) {
+        while (!stop_.stop_requested()) {
             std::optional<TreeWalk::Step> found = walk.next();
             if (!found) {
                 return;
@@ -174,7 +175,7 @@ class Job
     }
 
     const HashPlan& plan_;
-    const StopFlag& stop_;
+    const std::stop_token& stop_;
     const std::function<void(JobMessage&&)>& tell_;
     FileHasher hasher_;
     ReadAhead ahead_;
@@ -185,7 +186,7 @@ class Job
 
 } // namespace
 
-void run_hash_job(const HashPlan& plan, const StopFlag& stop,
+void run_hash_job(const HashPlan& plan, const std::stop_token& stop,
                   const std::function<void(JobMessage&&)>& tell)
 {
     Job(plan, stop, tell).run();

@@ -2,13 +2,13 @@
 
 #include "engine/file_hasher.h"
 #include "engine/listing.h"
-#include "engine/stop_flag.h"
 
 #include <QCryptographicHash>
 #include <QString>
 #include <QStringList>
 
 #include <functional>
+#include <stop_token>
 #include <variant>
 #include <vector>
 
@@ -94,7 +94,7 @@ using JobMessage =
 /// Runs a job to its end, or until the flag is raised, in the calling thread. Every message goes
 /// to `tell` from that thread. When the flag is raised during a file, its end is still told; the
 /// steps after it are not begun.
-void run_hash_job(const HashPlan& plan, const StopFlag& stop,
+void run_hash_job(const HashPlan& plan, const std::stop_token& stop,
                   const std::function<void(JobMessage&&)>& tell);
 
 } // namespace engine

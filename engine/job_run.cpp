@@ -78,8 +78,8 @@ class JobRun::Mailbox
 };
 
 JobRun::JobRun(Handler handler)
-    : handler_(std::move(handler)), stop_(make_stop_flag()),
-      mailbox_(std::make_shared<Mailbox>(this)), future_(promise_.future())
+    : handler_(std::move(handler)), mailbox_(std::make_shared<Mailbox>(this)),
+      future_(promise_.future())
 {
     pace_.setSingleShot(true);
     pace_.setTimerType(Qt::PreciseTimer);
@@ -93,7 +93,7 @@ void JobRun::start(HashPlan plan, bool stopped)
         stop();
     }
     QThreadPool* const pool = QThreadPool::globalInstance();
-    pool->start([pool, plan = std::move(plan), stop = stop_, mailbox = mailbox_] {
+    pool->start([pool, plan = std::move(plan), stop = stop_.get_token(), mailbox = mailbox_] {
         // A running job does not count: however small the pool, two panes hash side by side, and
         // neither waits for the other to see that it was stopped.
         pool->releaseThread();
@@ -111,7 +111,7 @@ JobRun::~JobRun()
 
 void JobRun::stop()
 {
-    stop_->store(true, std::memory_order_relaxed);
+    stop_.request_stop();
 }
 
 void JobRun::deliver()

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "engine/hash_job.h"
-#include "engine/stop_flag.h"
 
 #include <QElapsedTimer>
 #include <QFuture>
@@ -11,6 +10,7 @@
 
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <vector>
 
 namespace engine {
@@ -55,7 +55,7 @@ class JobRun final : public QObject
     void finish();
 
     Handler handler_;
-    StopFlag stop_;
+    std::stop_source stop_;
     std::shared_ptr<Mailbox> mailbox_;
     QPromise<void> promise_;
     QFuture<void> future_;

@@ -66,7 +66,7 @@ std::vector<qsizetype> display_order(const QList<Entry>& entries)
 
 } // namespace
 
-QList<Entry> list_directory(const QString& path, QDir::Filters filters, const StopFlag& stop,
+QList<Entry> list_directory(const QString& path, QDir::Filters filters, const std::stop_token& stop,
                             PathIs path_is)
 {
     const CanonicalPaths canonical(path, path_is);
@@ -74,9 +74,9 @@ QList<Entry> list_directory(const QString& path, QDir::Filters filters, const St
     platform::read_directory(path, filters, [&](platform::DirectoryEntry&& entry) {
         const QString entry_path = canonical.of(entry);
         found.append({std::move(entry.name), entry_path, entry.size, entry.is_dir, entry.is_link});
-        return !stop_requested(stop);
+        return !stop.stop_requested();
     });
-    if (stop_requested(stop)) {
+    if (stop.stop_requested()) {
         return found;
     }
     QList<Entry> sorted;

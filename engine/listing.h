@@ -1,10 +1,10 @@
 #pragma once
 
-#include "engine/stop_flag.h"
-
 #include <QDir>
 #include <QList>
 #include <QString>
+
+#include <stop_token>
 
 namespace engine {
 
@@ -31,6 +31,6 @@ enum class PathIs : quint8 { Any, Canonical };
 /// are neither files nor directories are left out; a directory that cannot be read gives an empty
 /// list. Safe in any thread; ends early, with a partial list, when the flag is raised.
 QList<Entry> list_directory(const QString& path, QDir::Filters filters,
-                            const StopFlag& stop = nullptr, PathIs path_is = PathIs::Any);
+                            const std::stop_token& stop = {}, PathIs path_is = PathIs::Any);
 
 } // namespace engine

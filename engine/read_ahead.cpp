@@ -40,7 +40,7 @@ class ReadAhead::Helper
         qint64 offset = 0;
     };
 
-    Helper(QStringList exclusions, const StopFlag& stop)
+    Helper(QStringList exclusions, const std::stop_token& stop)
         : stop_(stop), scout_(std::move(exclusions), stop)
     {}
 
@@ -135,7 +135,7 @@ class ReadAhead::Helper
     {
         std::unique_lock lock(mutex_);
         while (!over_) {
-            const bool stopped = stop_requested(stop_);
+            const bool stopped = stop_.stop_requested();
             // What is being read comes before what will be.
             if (!stopped && (reader_ || window_has_room_)) {
                 return Duty::Window;
@@ -213,7 +213,7 @@ class ReadAhead::Helper
         }
     }
 
-    const StopFlag stop_;
+    const std::stop_token stop_;
     // Not the toolkit's: its condition hides from the thread sanitizer that it lets go of the
     // mutex.
     std::mutex mutex_;
@@ -235,7 +235,7 @@ class ReadAhead::Helper
     bool window_has_room_ = false;
 };
 
-ReadAhead::ReadAhead(QStringList exclusions, const StopFlag& stop)
+ReadAhead::ReadAhead(QStringList exclusions, const std::stop_token& stop)
     : helper_(std::make_shared<Helper>(std::move(exclusions), stop))
 {}
 

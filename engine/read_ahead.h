@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <stop_token>
 
 namespace engine {
 
@@ -22,7 +23,7 @@ namespace engine {
 class ReadAhead final
 {
   public:
-    ReadAhead(QStringList exclusions, const StopFlag& stop);
+    ReadAhead(QStringList exclusions, const std::stop_token& stop);
     ~ReadAhead();
     Q_DISABLE_COPY_MOVE(ReadAhead)
 

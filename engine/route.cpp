@@ -7,7 +7,7 @@
 
 namespace engine {
 
-Scout::Scout(QStringList exclusions, StopFlag stop)
+Scout::Scout(QStringList exclusions, std::stop_token stop)
     : exclusions_(std::move(exclusions)), stop_(std::move(stop))
 {}
 
@@ -19,7 +19,7 @@ void Scout::take(Route&& route)
 
 std::optional<Scout::Place> Scout::next()
 {
-    while (!stop_requested(stop_)) {
+    while (!stop_.stop_requested()) {
         if (route_.directories.empty()) {
             return next_step();
         }

@@ -3,6 +3,7 @@
 #include "engine/hash_job.h"
 
 #include <optional>
+#include <stop_token>
 #include <vector>
 
 namespace engine {
@@ -28,7 +29,7 @@ struct Route
 class Scout final
 {
   public:
-    Scout(QStringList exclusions, StopFlag stop);
+    Scout(QStringList exclusions, std::stop_token stop);
 
     struct Place
     {
@@ -48,7 +49,7 @@ class Scout final
     Place enter(const QString& path);
 
     const QStringList exclusions_;
-    const StopFlag stop_;
+    const std::stop_token stop_;
     Route route_;
     size_t step_ = 0; ///< the next one
 };

@@ -22,8 +22,7 @@ QIcon IconCache::directory()
 QIcon IconCache::file(const QString& path)
 {
     const QString key = platform::file_icon_key(path);
-    const auto known = files_.constFind(key);
-    if (known != files_.constEnd()) {
+    if (const QIcon* known = files_.object(key)) {
         return *known;
     }
     QIcon icon;
@@ -33,7 +32,7 @@ QIcon IconCache::file(const QString& path)
     if (icon.isNull()) {
         icon = provider_.icon(QFileIconProvider::File);
     }
-    files_.insert(key, icon);
+    files_.insert(key, new QIcon(icon));
     return icon;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include <QCache>
 #include <QFileIconProvider>
-#include <QHash>
 #include <QIcon>
 #include <QString>
 
@@ -23,6 +23,6 @@ class IconCache final
 
   private:
     QFileIconProvider provider_;
-    QHash<QString, QIcon> files_; ///< by platform::file_icon_key()
+    QCache<QString, QIcon> files_{1000}; ///< by platform::file_icon_key(), which may be a path
     QIcon directory_;
 };

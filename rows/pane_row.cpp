@@ -62,32 +62,21 @@ QBrush mark_brush(Mark mark)
     return {};
 }
 
+bool has_text(int column)
+{
+    return column >= 0 && column < ColumnCount;
+}
+
 } // namespace
 
 PaneRow::PaneRow(const engine::Entry& entry, Origin origin)
-    : QTreeWidgetItem(entry.is_dir ? TypeDir : TypeFile), name_(entry.name), path_(entry.path),
+    : QTreeWidgetItem(entry.is_dir ? TypeDir : TypeFile), texts_{entry.name, {}, entry.path, {}},
       origin_(origin)
 {
     if (!entry.is_dir) {
-        size_ = format_size(entry.size);
+        texts_[ColSize] = format_size(entry.size);
     } else if (entry.name != ".."_L1) {
         setChildIndicatorPolicy(QTreeWidgetItem::ShowIndicator);
-    }
-}
-
-QString* PaneRow::text_of(int column)
-{
-    switch (column) {
-    case ColName:
-        return &name_;
-    case ColSize:
-        return &size_;
-    case ColPath:
-        return &path_;
-    case ColHash:
-        return &hash_;
-    default:
-        return nullptr;
     }
 }
 
@@ -108,8 +97,8 @@ QVariant PaneRow::data(int column, int role) const
     switch (role) {
     case Qt::DisplayRole:
     case Qt::EditRole:
-        if (const QString* text = const_cast<PaneRow*>(this)->text_of(column)) {
-            return *text;
+        if (has_text(column)) {
+            return texts_[static_cast<size_t>(column)];
         }
         break;
     case Qt::DecorationRole:
@@ -136,7 +125,7 @@ QVariant PaneRow::data(int column, int role) const
         break;
     case Qt::AccessibleTextRole:
         if (column == ColName) {
-            return spoken(mark_, name_);
+            return spoken(mark_, name());
         }
         break;
     default:
@@ -152,12 +141,11 @@ void PaneRow::setData(int column, int role, const QVariant& value)
         emitDataChanged();
         return;
     }
-    QString* text = role == Qt::DisplayRole || role == Qt::EditRole ? text_of(column) : nullptr;
-    if (!text) {
+    if ((role != Qt::DisplayRole && role != Qt::EditRole) || !has_text(column)) {
         QTreeWidgetItem::setData(column, role, value);
         return;
     }
-    *text = value.toString();
+    texts_[static_cast<size_t>(column)] = value.toString();
     if (const QTreeWidget* tree = treeWidget()) {
         // One cell only, where emitDataChanged() would name the whole row: the view then repaints
         // no more than that cell, and nothing when it is out of sight.
@@ -169,7 +157,7 @@ void PaneRow::setData(int column, int role, const QVariant& value)
 
 void PaneRow::clear_checksum()
 {
-    hash_.clear();
+    texts_[ColHash].clear();
     mark_ = Mark::Cleared;
 }
 

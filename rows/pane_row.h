@@ -7,6 +7,8 @@
 #include <QString>
 #include <QTreeWidgetItem>
 
+#include <array>
+
 /// Columns of a pane.
 enum Column {
     ColName, ///< file name and system icon
@@ -51,9 +53,9 @@ class PaneRow final : public QTreeWidgetItem
     void set_icon(const QIcon& icon) { icon_ = icon; }
 
     /// The texts, without a detour by data().
-    const QString& name() const { return name_; }
-    const QString& path() const { return path_; }
-    const QString& checksum() const { return hash_; }
+    const QString& name() const { return texts_[ColName]; }
+    const QString& path() const { return texts_[ColPath]; }
+    const QString& checksum() const { return texts_[ColHash]; }
 
     /// Paints the mark on all columns but the path, with a text colour that can be read on it
     /// under any palette. The caller repaints the view: marks come by the thousand.
@@ -64,13 +66,9 @@ class PaneRow final : public QTreeWidgetItem
     void clear_checksum();
 
   private:
-    QString* text_of(int column);
     QVariant alignment(int column) const;
 
-    QString name_;
-    QString size_;
-    QString path_;
-    QString hash_;
+    std::array<QString, ColumnCount> texts_;
     QIcon icon_;
     Origin origin_;
     engine::Mark mark_ = engine::Mark::None;

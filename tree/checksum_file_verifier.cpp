@@ -74,7 +74,7 @@ ReportLines find_errors(engine::ExpectedDigests expected, const QMap<QString, QS
 
 void ChecksumFileVerifier::begin(QTreeWidgetItem* row)
 {
-    if (pane_.navigator().is_listing() || stop_) {
+    if (pane_.navigator().is_listing() || reading_) {
         return; // the rows to be hashed are not there yet, or another file is being read
     }
     const QString path = path_of(*row);
@@ -84,11 +84,10 @@ void ChecksumFileVerifier::begin(QTreeWidgetItem* row)
     recorder_.set_checksum_file(path);
     row->setSelected(false);
     pane_.host().choose_algorithm(algorithm_of(path));
-    jobs_.occupy();
-    stop_ = engine::make_stop_flag();
+    start_reading();
     run_in_background(
         &pane_,
-        [path, stop = stop_] {
+        [path, stop = stop_.get_token()] {
             return std::make_shared<const Expected>(engine::read_checksum_file(path, stop));
         },
         [this, path](const std::shared_ptr<const Expected>& expected) {
@@ -96,11 +95,25 @@ void ChecksumFileVerifier::begin(QTreeWidgetItem* row)
         });
 }
 
+void ChecksumFileVerifier::start_reading()
+{
+    jobs_.occupy();
+    stop_ = std::stop_source();
+    reading_ = true;
+}
+
+/// Answers whether it was stopped.
+bool ChecksumFileVerifier::end_reading()
+{
+    reading_ = false;
+    jobs_.release();
+    return stop_.stop_requested();
+}
+
 void ChecksumFileVerifier::take_expected(const QString& path,
                                          const std::shared_ptr<const Expected>& expected)
 {
-    const bool stopped = engine::stop_requested(std::exchange(stop_, {}));
-    jobs_.release();
+    const bool stopped = end_reading();
     if (stopped) {
         give_up();
     } else if (!*expected) {
@@ -145,11 +158,11 @@ void ChecksumFileVerifier::finish()
     QObject::disconnect(&pane_.job_watcher, &QFutureWatcherBase::finished, &pane_,
                         &MyTreeWidget::compute_compare2);
     const QString path = recorder_.checksum_file();
-    jobs_.occupy();
-    stop_ = engine::make_stop_flag();
+    start_reading();
     run_in_background(
         &pane_,
-        [path, stop = stop_, computed = recorder_.digested()]() -> std::optional<ReportLines> {
+        [path, stop = stop_.get_token(),
+         computed = recorder_.digested()]() -> std::optional<ReportLines> {
             Expected expected = engine::read_checksum_file(path, stop);
             if (!expected) {
                 return std::nullopt;
@@ -161,8 +174,7 @@ void ChecksumFileVerifier::finish()
 
 void ChecksumFileVerifier::end(const QString& path, const std::optional<ReportLines>& errors)
 {
-    const bool stopped = engine::stop_requested(std::exchange(stop_, {}));
-    jobs_.release();
+    const bool stopped = end_reading();
     pane_.host().release_algorithm();
     if (stopped) {
         give_up();
@@ -213,7 +225,5 @@ void ChecksumFileVerifier::report(const ReportLines& errors)
 
 void ChecksumFileVerifier::stop()
 {
-    if (stop_) {
-        stop_->store(true, std::memory_order_relaxed);
-    }
+    stop_.request_stop();
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include "engine/stop_flag.h"
-
 #include <QString>
 
 #include <memory>
 #include <optional>
+#include <stop_token>
 
 class DigestRecorder;
 class HashJobController;
@@ -39,6 +38,8 @@ class ChecksumFileVerifier final
     /// Nothing when the file cannot be read.
     using Expected = std::optional<engine::ExpectedDigests>;
 
+    void start_reading();
+    bool end_reading();
     void take_expected(const QString& path, const std::shared_ptr<const Expected>& expected);
     void hash_listed(const QString& path, const engine::ExpectedDigests& expected);
     void end(const QString& path, const std::optional<ReportLines>& errors);
@@ -50,5 +51,6 @@ class ChecksumFileVerifier final
     MyTreeWidget& pane_;
     DigestRecorder& recorder_;
     HashJobController& jobs_;
-    engine::StopFlag stop_; ///< of what is being read
+    std::stop_source stop_; ///< of what is being read
+    bool reading_ = false;
 };

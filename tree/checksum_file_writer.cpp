@@ -83,22 +83,22 @@ void ChecksumFileWriter::finish_files()
         return;
     }
     jobs_.occupy();
-    stop_ = engine::make_stop_flag();
+    stop_ = std::stop_source();
     run_in_background(
         &pane_,
         [digests, suffix = extension(recorder_.algorithm()), header = header_lines(),
-         stop = stop_] { return write_files(digests, suffix, header, stop); },
+         stop = stop_.get_token()] { return write_files(digests, suffix, header, stop); },
         [this](const Outcome& outcome) { end_files(outcome); });
 }
 
 ChecksumFileWriter::Outcome ChecksumFileWriter::write_files(const QMap<QString, QString>& digests,
                                                             const QString& extension,
                                                             const QString& header,
-                                                            const engine::StopFlag& stop)
+                                                            const std::stop_token& stop)
 {
     Outcome outcome;
     for (const auto& [path, digest] : digests.asKeyValueRange()) {
-        if (engine::stop_requested(stop)) {
+        if (stop.stop_requested()) {
             break;
         }
         const QFileInfo file(path);
@@ -209,7 +209,5 @@ void ChecksumFileWriter::report_not_created(const QString& name)
 
 void ChecksumFileWriter::stop()
 {
-    if (stop_) {
-        stop_->store(true, std::memory_order_relaxed);
-    }
+    stop_.request_stop();
 }

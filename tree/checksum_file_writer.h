@@ -1,10 +1,10 @@
 #pragma once
 
-#include "engine/stop_flag.h"
-
 #include <QMap>
 #include <QString>
 #include <QStringList>
+
+#include <stop_token>
 
 class DigestRecorder;
 class HashJobController;
@@ -39,7 +39,7 @@ class ChecksumFileWriter final
     };
 
     static Outcome write_files(const QMap<QString, QString>& digests, const QString& extension,
-                               const QString& header, const engine::StopFlag& stop);
+                               const QString& header, const std::stop_token& stop);
     void end_files(const Outcome& outcome);
     void write_directory(const QString& directory, const QString& name);
     void end_directory(const QString& name, bool written);
@@ -48,5 +48,5 @@ class ChecksumFileWriter final
     MyTreeWidget& pane_;
     DigestRecorder& recorder_;
     HashJobController& jobs_;
-    engine::StopFlag stop_; ///< of what is being written
+    std::stop_source stop_; ///< of what is being written
 };

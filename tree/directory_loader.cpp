@@ -58,7 +58,7 @@ struct DirectoryLoader::Exchange
         }
     }
 
-    engine::StopFlag stop = engine::make_stop_flag();
+    std::stop_source stop;
     QMutex mutex; ///< guards what follows
     QWaitCondition came;
     DirectoryLoader* receiver = nullptr;
@@ -75,7 +75,7 @@ DirectoryLoader::DirectoryLoader(const DirectoryRequest& request)
 
 DirectoryLoader::~DirectoryLoader()
 {
-    exchange_->stop->store(true, std::memory_order_relaxed);
+    exchange_->stop.request_stop();
     const QMutexLocker lock(&exchange_->mutex);
     exchange_->receiver = nullptr;
 }
@@ -86,7 +86,8 @@ void DirectoryLoader::load(const DirectoryRequest& request,
     const QString path = request.falls_back ? nearest_directory(request.path) : request.path;
     exchange->put(exchange->resolved,
                   Exchange::Resolved{path, QFileInfo(path).canonicalFilePath()});
-    exchange->put(exchange->entries, engine::list_directory(path, request.filters, exchange->stop));
+    exchange->put(exchange->entries,
+                  engine::list_directory(path, request.filters, exchange->stop.get_token()));
 }
 
 void DirectoryLoader::wait(int milliseconds)
@@ -124,7 +125,7 @@ void DirectoryLoader::deliver()
 void DirectoryLoader::abandon()
 {
     disconnect();
-    exchange_->stop->store(true, std::memory_order_relaxed);
+    exchange_->stop.request_stop();
     {
         const QMutexLocker lock(&exchange_->mutex);
         exchange_->receiver = nullptr;

@@ -17,20 +17,8 @@
 
 #include <utility>
 
-namespace {
-
-template<class... Ts>
-struct Overloaded : Ts...
-{
-    using Ts::operator()...;
-};
-template<class... Ts>
-Overloaded(Ts...) -> Overloaded<Ts...>;
-
-} // namespace
-
 HashJobController::HashJobController(MyTreeWidget& pane, DigestRecorder& recorder)
-    : pane_(pane), recorder_(recorder)
+    : pane_(pane), recorder_(recorder), rows_(pane, recorder)
 {}
 
 HashJobController::~HashJobController() = default;
@@ -56,10 +44,10 @@ void HashJobController::launch(Kind kind)
     timer_.start();
     kind_ = kind;
     waiting_ = true;
-    files_done_ = 0;
+    rows_.start({});
     files_total_ = 0;
     rows_run_ = std::make_unique<engine::JobRun>(engine::JobRun::Handler{
-        [this](engine::JobMessage& message) { receive(message); },
+        [this](engine::JobMessage& message) { rows_.receive(message); },
         [this] { finish_hash(); },
     });
     rows_future_ = rows_run_->future();
@@ -83,7 +71,7 @@ void HashJobController::begin()
     planning_ = nullptr;
     files_total_ = builder.file_count();
     engine::HashPlan plan = builder.take_plan();
-    rows_ = builder.take_rows();
+    rows_.start(builder.take_rows());
     // A job launched while an earlier stop has not been noted hashes nothing. Of a selection it
     // still opens and announces the first file.
     if (stop_flagged_ && kind_ == Kind::Directory) {
@@ -136,100 +124,15 @@ void HashJobController::calculate_hash(const QString& path, QTreeWidgetItem* row
     file_run_->start(std::move(single), stop_flagged_);
 }
 
-void HashJobController::receive(engine::JobMessage& message)
-{
-    std::visit(Overloaded{
-                   [this](const engine::DirectoryReached& reached) {
-                       if (QTreeWidgetItem* row = rows_.row(reached.row)) {
-                           emit pane_.expand_parent(row);
-                       }
-                   },
-                   [this](engine::DirectoryFound& found) { add_found_directory(found); },
-                   [this](const engine::FileStarted& started) { announce(started.path); },
-                   [this](const engine::FileProgress& now) { emit pane_.prog_bar(now.percent); },
-                   [this](const engine::FileEnded& ended) {
-                       QTreeWidgetItem* row = rows_.row(ended.row);
-                       if (row) {
-                           pane_.job_items.append(row);
-                       }
-                       ++files_done_;
-                       show_result(row, ended.path, ended.place, ended.result);
-                   },
-                   [this](engine::FileFound& found) { add_found_file(found); },
-               },
-               message);
-}
-
 void HashJobController::receive_single(engine::JobMessage& message)
 {
     if (const auto* started = std::get_if<engine::FileStarted>(&message)) {
-        announce(started->path);
+        rows_.announce(started->path);
     } else if (const auto* now = std::get_if<engine::FileProgress>(&message)) {
         emit pane_.prog_bar(now->percent);
     } else if (const auto* ended = std::get_if<engine::FileEnded>(&message)) {
-        file_done_(show_result(file_row_, ended->path, ended->place, ended->result));
+        file_done_(rows_.show_result(file_row_, ended->path, ended->place, ended->result));
     }
-}
-
-void HashJobController::announce(const QString& path)
-{
-    emit pane_.processing(MyTreeWidget::tr("En cours : ") + path);
-}
-
-void HashJobController::add_found_directory(engine::DirectoryFound& found)
-{
-    QTreeWidgetItem* parent = rows_.row(found.parent);
-    if (!parent) {
-        return;
-    }
-    auto* row = new PaneRow(found.entry, PaneRow::Origin::Walked);
-    emit pane_.icon_req(row, QFileInfo(found.entry.path));
-    parent->addChild(row);
-    pane_.indexFromItem(row);
-    rows_.set(found.row, row);
-}
-
-void HashJobController::add_found_file(engine::FileFound& found)
-{
-    ++files_done_;
-    QTreeWidgetItem* parent = rows_.row(found.parent);
-    QTreeWidgetItem* row = nullptr;
-    if (parent) {
-        row = new PaneRow(found.entry, PaneRow::Origin::Walked);
-        emit pane_.icon_req(row, QFileInfo(found.entry.path));
-    }
-    show_result(row, found.entry.path, found.place, found.result);
-    if (row) {
-        parent->addChild(row);
-        pane_.indexFromItem(row);
-        pane_.job_items.append(row);
-        if (pane_.act_autoscroll->isChecked()) {
-            pane_.scrollitem(row, ColHash);
-        }
-    }
-}
-
-/// Puts a result into its row, if there is one, and on record; answers the text of the row.
-QString HashJobController::show_result(QTreeWidgetItem* row, const QString& path,
-                                       const QString& place, const engine::FileResult& result)
-{
-    QString text;
-    switch (result.outcome) {
-    case engine::FileOutcome::Stopped:
-        return row ? checksum_of(*row) : QString();
-    case engine::FileOutcome::Unreadable:
-        text = MyTreeWidget::tr("Impossible d'ouvrir le fichier %1").arg(path);
-        break;
-    case engine::FileOutcome::Digested:
-        text = pane_.upper ? result.digest.toUpper() : result.digest;
-        // By place, not by row: a listing that was refreshed meanwhile makes no file unverified.
-        recorder_.record(place, result.digest);
-        break;
-    }
-    if (row) {
-        row->setData(ColHash, Qt::DisplayRole, text);
-    }
-    return text;
 }
 
 void HashJobController::finish_hash()

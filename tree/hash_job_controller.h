@@ -1,7 +1,7 @@
 #pragma once
 
 #include "engine/hash_job.h"
-#include "tree/row_table.h"
+#include "tree/job_rows.h"
 
 #include <QElapsedTimer>
 #include <QFuture>
@@ -66,8 +66,8 @@ class HashJobController final
     bool stop_flagged() const { return stop_flagged_; }
     void clear_stop_flag() { stop_flagged_ = false; }
 
-    /// Files that the job has done, and of how many; -1 when that is not known.
-    int files_done() const { return files_done_; }
+    /// Files that the job has done, and of how many; -1 when that is not known yet.
+    int files_done() const { return rows_.files_done(); }
     int files_total() const { return files_total_; }
 
     /// The time since the last launch, or since restart_timer().
@@ -87,13 +87,7 @@ class HashJobController final
     void plan_selection();
     void plan_directory();
     void finish_hash();
-    void receive(engine::JobMessage& message);
-    void announce(const QString& path);
     void receive_single(engine::JobMessage& message);
-    void add_found_directory(engine::DirectoryFound& found);
-    void add_found_file(engine::FileFound& found);
-    QString show_result(QTreeWidgetItem* row, const QString& path, const QString& place,
-                        const engine::FileResult& result);
 
     MyTreeWidget& pane_;
     DigestRecorder& recorder_;
@@ -106,10 +100,9 @@ class HashJobController final
     QFuture<void> rows_future_;
     QFuture<void> file_future_;
     HashPlanBuilder* planning_ = nullptr;
-    RowTable rows_;
+    JobRows rows_;
     QTreeWidgetItem* file_row_ = nullptr; ///< that of file_run_
     std::function<void(const QString&)> file_done_;
-    int files_done_ = 0;
     int files_total_ = 0;
     QElapsedTimer timer_;
 };

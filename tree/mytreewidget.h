@@ -46,8 +46,7 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     /// Rows hashed by the last job, in hashing order; rows that died since are gone from it.
     QList<QTreeWidgetItem*> job_items;
 
-    /// Suffixes of the files that directory jobs leave out, and the same as text, see
-    /// engine::format_exclusions().
+    /// Suffixes of the files that directory jobs leave out, and the same as text.
     QStringList exclusions;
     QString get_exclus() const;
 
@@ -56,56 +55,38 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     RowExpander& expander() { return *expander_; }
     HashJobController& jobs() { return *jobs_; }
 
-    /// Rebuilds the top level from the current directory, and waits for the rows.
-    void PopulateView();
+    void PopulateView(); ///< lists the current directory
 
     /// What changeModel(), Reset() and update_view() do, for callers who do not wait.
     void open_directory(const QString& path);
     void list_anew();
     void list_anew_and_select(const QString& name);
 
-    /// The label of the volume with this root path; empty when it has none.
-    QString volume_label(const QString& root) const;
-
-    /// The directory shown, or the last one shown before a list of dropped files.
-    const QDir& current_dir() const;
+    QString volume_label(const QString& root) const; ///< empty when it has none
+    const QDir& current_dir() const; ///< stays the last one while dropped files are shown
 
     /// The canonical path of the directory that the top-level rows lie in; empty for a list of
     /// dropped files, which lie where their paths say.
     QString shown_directory() const;
 
-    /// Whether a list of dropped files is shown instead of a directory.
-    bool in_custom_mode() const;
-
-    /// Whether rows are still to come: of the directory or of a directory row.
-    bool is_listing() const;
+    bool in_custom_mode() const; ///< a list of dropped files is shown instead of a directory
+    bool is_listing() const;     ///< rows are still to come: of the directory or of one below
 
     /// Whether a job runs, from its launch until everything it did is in the rows, or the pane is
     /// busy with a checksum file.
     bool job_running() const;
-
-    /// Whether the last job was asked to stop and nobody has taken note yet.
-    bool stop_flagged() const;
+    bool stop_flagged() const; ///< a job was asked to stop, and nobody has taken note yet
     void clear_stop_flag();
 
     /// The algorithm of the next job.
     QCryptographicHash::Algorithm algorithm() const { return algo; }
     void set_algorithm(QCryptographicHash::Algorithm algorithm) { algo = algorithm; }
 
-    /// Whether a directory is listed when its row is expanded.
-    void set_lazy_expansion(bool on);
-
-    /// Empties the checksums of rows without children and whitens these rows.
-    void reset_marks();
-
-    /// Unselects every top-level row.
-    void deselect_top_level();
-
-    /// Opens a directory and hashes the files of its top level.
-    void open_and_hash_all(const QString& path);
-
-    /// Selects and returns the first top-level row of that name; null when there is none.
-    QTreeWidgetItem* select_by_name(const QString& name);
+    void set_lazy_expansion(bool on); ///< whether an expanded directory is listed
+    void reset_marks();               ///< empties and whitens the rows that have a checksum
+    void deselect_top_level();        ///< unselects every top-level row
+    QTreeWidgetItem* select_by_name(const QString& name); ///< answers null without such a row
+    void open_and_hash_all(const QString& path);          ///< the files of the top level
 
   signals:
     void alldone();
@@ -167,9 +148,7 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     void dropEvent(QDropEvent* event) override;
 
   private:
-    // They connect slots that are nobody else's.
-    friend class ChecksumFileVerifier;
-    friend class DigestCheck;
+    friend class ChecksumFileVerifier; // connects a slot that is nobody else's
 
     void create_header();
     void configure_view();
@@ -180,7 +159,6 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     void forget_rows(const QModelIndex& parent, int first, int last);
     void forget_all_rows();
     void unselect_all();
-    void copy_rows(const QList<QTreeWidgetItem*>& rows);
     void wait_until_listed();
 
     PaneHost* main_window; ///< the window, or the next

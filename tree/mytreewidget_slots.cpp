@@ -22,6 +22,24 @@
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+void copy_rows(const MyTreeWidget& pane, const QList<QTreeWidgetItem*>& rows)
+{
+    QList<CopyRow> files;
+    for (const QTreeWidgetItem* row : rows) {
+        if (row->type() == TypeFile) {
+            files.append({checksum_of(*row), name_of(*row), row->text(ColSize), path_of(*row)});
+        }
+    }
+    const QString text = copy_text(files, {pane.ccname, pane.ccsize, pane.ccpath});
+    if (!text.isEmpty()) {
+        QGuiApplication::clipboard()->setText(text);
+    }
+}
+
+} // namespace
+
 // Jobs
 
 void MyTreeWidget::HashThis()
@@ -188,28 +206,14 @@ QTreeWidgetItem* MyTreeWidget::select_by_name(const QString& name)
 void MyTreeWidget::cc()
 {
     if (hasFocus()) {
-        copy_rows(selected_rows(*this));
+        copy_rows(*this, selected_rows(*this));
     }
 }
 
 void MyTreeWidget::ccAll()
 {
     if (hasFocus()) {
-        copy_rows(content_rows(*this));
-    }
-}
-
-void MyTreeWidget::copy_rows(const QList<QTreeWidgetItem*>& rows)
-{
-    QList<CopyRow> files;
-    for (const QTreeWidgetItem* row : rows) {
-        if (row->type() == TypeFile) {
-            files.append({checksum_of(*row), name_of(*row), row->text(ColSize), path_of(*row)});
-        }
-    }
-    const QString text = copy_text(files, {ccname, ccsize, ccpath});
-    if (!text.isEmpty()) {
-        QGuiApplication::clipboard()->setText(text);
+        copy_rows(*this, content_rows(*this));
     }
 }
 

@@ -163,7 +163,7 @@ void TestEngine::digests_equal_the_reference()
     TestDir dir;
     for (const auto algorithm : {QCryptographicHash::Md5, QCryptographicHash::Sha1}) {
         engine::Digest digest(algorithm);
-        engine::FileHasher hasher(algorithm, nullptr);
+        engine::FileHasher hasher(algorithm, {});
         for (const qsizetype size : {0, 1, 55, 56, 64, 4096, 0x40000, 0x40001, 700'000}) {
             QByteArray bytes(size, Qt::Uninitialized);
             QRandomGenerator random(static_cast<quint32>(size));
@@ -296,7 +296,7 @@ void TestEngine::checksum_files_are_read()
         {a + "back\\slash\n", "back\\slash=" + digest_a},
         {'\\' + a + "back\\\\slash\n\\" + b + "two\\nlines\n",
          "back\\slash=" + digest_a + " two\nlines=" + digest_b},
-        {'\\' + a + "no such \\x\n\\" + b + "cut\\\n", ""},
+        {'\\' + a + "no such \\x\n", "no such \\x=" + digest_a},
         {a + QByteArray(70'000, 'n') + '\n' + b + "x\n", "x=" + digest_b},
         {QByteArray(3'000'000, '\0') + '\n' + b + "x\n", "x=" + digest_b},
         {a + QByteArray(4096, 'n') + '\n', QByteArray(4096, 'n') + '=' + digest_a}};

@@ -24,7 +24,7 @@ void run_job(engine::HashStep::Kind kind, const QString& path,
     engine::HashPlan plan;
     plan.steps = {{kind, 0, path}};
     plan.next_row = 1;
-    engine::run_hash_job(plan, nullptr, [&](engine::JobMessage&& message) { look(message); });
+    engine::run_hash_job(plan, {}, [&](engine::JobMessage&& message) { look(message); });
 }
 
 } // namespace
