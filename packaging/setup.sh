@@ -24,7 +24,7 @@ declare -A packages=(
   [wayland]='qt6-wayland'
   [xvfb]='xvfb xauth fonts-dejavu-core'
   [test]='rhash desktop-file-utils shared-mime-info xdg-utils libglib2.0-bin dbus
-    xdotool openbox x11-utils'
+    xdotool openbox x11-utils locales'
   [bench]='coreutils openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
   [fuzz]='clang llvm libclang-rt-14-dev'
@@ -39,7 +39,7 @@ declare -A commands=(
   [wayland]=''
   [xvfb]='xvfb-run'
   [test]='rhash desktop-file-validate update-mime-database xdg-mime gio dbus-run-session
-    xdotool openbox xprop'
+    xdotool openbox xprop localedef'
   [bench]='md5sum sha1sum openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
   [fuzz]='clang++'

@@ -236,6 +236,14 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
              }
              return QString();
          }},
+        /// A command of the shell, in the scene's directory; answers what it prints.
+        {u"sh"_s,
+         [](S&, const A& a) {
+             QProcess shell;
+             shell.start(u"sh"_s, {u"-c"_s, a[0]});
+             shell.waitForFinished();
+             return QString::fromLocal8Bit(shell.readAllStandardOutput()).trimmed();
+         }},
         {u"cut"_s,
          [](S& s, const A& a) {
              return QFile::resize(s.working_dir.at(a[0]), 0) ? QString() : u"failed"_s;
@@ -361,6 +369,13 @@ const QHash<QString, Scene::Verb>& Scene::verbs()
                                       s.run(line + u'&');
                                   }
                               });
+             return QString();
+         }},
+        /// When a job's digests are there, and nothing has been made of them yet.
+        {u"after-job"_s,
+         [](S& s, const A& a) {
+             QObject::connect(&s.pane(a), &MyTreeWidget::alldone, &s.poll_,
+                              [&s, line = a[1]] { s.run(line + u'&'); });
              return QString();
          }},
         /// When the verify dialog is open, and its button yet to be pressed.

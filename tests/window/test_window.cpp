@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QMetaMethod>
 #include <QSettings>
 #include <QSplitter>
 #include <QStandardPaths>
@@ -112,24 +111,6 @@ Inclure ce type de fichier//Réinclure ce type de fichier lors de la comparaison
 Ouvrir dans l'explorateur//Ouvrir dans l'explorateur Windows.
 AutoScroll//Désactivez pour gagner en rapidité lorsque le répertoire contient pleins de (+ de 2500) petits fichiers.)");
     QCOMPARE(all, golden);
-    QStringList signals_and_slots;
-    for (const QMetaObject* meta : {&MainFen::staticMetaObject, &MyTreeWidget::staticMetaObject}) {
-        for (int i = meta->methodOffset(); i < meta->methodCount(); ++i) {
-            signals_and_slots << QString::fromLatin1(meta->method(i).name());
-        }
-    }
-    QCOMPARE(signals_and_slots.join(u' '),
-             u"alldone send_args disableAll compare reactiveAll results setMD5 setSHA1 Apropos "
-             "writeSettings setLang compare_against add_exclus rem_exclus createOptions "
-             "reinitialiser reinitialiser_lancer setSplitOrientHoriz setSplitOrientVerti "
-             "alldone done processing prog_bar concurrent_compare checksum_hash_done_send tampon "
-             "expand_parent icon_req showDir changeModel Reset update_view PopulateDir aff_icon "
-             "retrieve_path_lineedit set_path_lineedit set_exclus changeHeaderMD5 "
-             "changeHeaderSHA1 cc ccAll setopt scrollitem set_AutoScroll open_explorer "
-             "handle_args HashThis HashAll HashDir stop_thread done_single cc_file cc_all_file "
-             "checksum_hash reactivate_all tampon_calculate_hash tampon_calculate_hashdir "
-             "PopulateList expand_tree compute_compare compute_compare2 checksum "
-             "checksum_hash_done"_s);
 }
 
 void TestWindow::every_setting_goes_round()
