@@ -74,8 +74,9 @@ void add_line_view(QMessageBox& box, const ReportLines& lines)
 {
     auto* view = create_line_view(lines, &box);
     const QSize screen = box.screen()->availableGeometry().size();
-    // Room for a scroll bar beside the longest line.
-    const int wanted = view->sizeHintForColumn(0) + 40;
+    // Room for a scroll bar beside the longest line, which every index answers for: the view would
+    // ask for each of a million lines.
+    const int wanted = view->sizeHintForIndex(view->model()->index(0, 0)).width() + 40;
     view->setMinimumSize(std::clamp(wanted, screen.width() / 3, screen.width() * 2 / 3),
                          screen.height() / 2);
     auto* buttons = box.findChild<QDialogButtonBox*>();

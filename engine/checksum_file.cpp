@@ -45,22 +45,22 @@ QString escaped(QString name)
     return name.replace(u'\\', "\\\\"_L1).replace(u'\n', "\\n"_L1).replace(u'\r', "\\r"_L1);
 }
 
-/// A backslash that escapes nothing known stands for itself: the name is then looked for, and its
-/// line is not passed over in silence.
-QString unescaped(QStringView name)
+/// The name that an escaped one stands for; nothing when it is none.
+std::optional<QString> unescaped(QStringView text)
 {
-    QString text;
-    for (qsizetype i = 0; i < name.size(); ++i) {
-        const QChar next = i + 1 < name.size() ? name[i + 1] : QChar();
-        const bool known = name[i] == u'\\' && (next == u'\\' || next == u'n' || next == u'r');
-        if (!known) {
-            text += name[i];
+    QString name;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i] != u'\\') {
+            name += text[i];
             continue;
         }
-        text += next == u'n' ? QChar(u'\n') : next == u'r' ? QChar(u'\r') : next;
-        ++i;
+        const QChar code = ++i < text.size() ? text[i] : QChar();
+        if (code != u'\\' && code != u'n' && code != u'r') {
+            return std::nullopt;
+        }
+        name += code == u'n' ? u'\n' : code == u'r' ? u'\r' : u'\\';
     }
-    return text;
+    return name;
 }
 
 /// Whether a line may be an entry, by its first bytes alone: most lines of a file that is no
@@ -144,8 +144,9 @@ bool parse_checksum_line(const QString& line, ChecksumEntry& entry)
     if (name.startsWith(u'*')) {
         name = name.sliced(1);
     }
-    entry = {digest.toString(), is_escaped ? unescaped(name) : name.toString()};
-    return true;
+    const std::optional<QString> plain = is_escaped ? unescaped(name) : name.toString();
+    entry = {digest.toString(), plain.value_or(QString())};
+    return plain.has_value();
 }
 
 ExpectedDigests::ExpectedDigests(const QString& directory)

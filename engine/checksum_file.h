@@ -27,8 +27,8 @@ struct ChecksumEntry
 /// Reads one line, without its line end. The digest is the leading run of non-blank characters and
 /// must be 32 or more hexadecimal digits; the rest, trimmed, is the name, less one leading "*"
 /// (the mark of binary mode). A line that begins with a backslash has a name in which "\\", "\n"
-/// and "\r" stand for a backslash and line breaks, as md5sum writes it; any other backslash stands
-/// for itself. False for any other line, comments and empty ones included.
+/// and "\r" stand for a backslash and line breaks, as md5sum writes it. False for any other line,
+/// comments and empty ones included.
 bool parse_checksum_line(const QString& line, ChecksumEntry& entry);
 
 /// The files that a checksum file lists, with the digests that it expects of them.

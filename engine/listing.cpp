@@ -36,8 +36,10 @@ class CanonicalPaths
     QString of(const platform::DirectoryEntry& entry) const
     {
         const QString path = prefix_ + entry.name;
-        const bool plain = !entry.is_link && entry.name != ".."_L1;
-        return plain ? path : QFileInfo(path).canonicalFilePath();
+        if (entry.is_link) {
+            return platform::link_target(path);
+        }
+        return entry.name == ".."_L1 ? QFileInfo(path).canonicalFilePath() : path;
     }
 
   private:

@@ -22,4 +22,7 @@ struct DirectoryEntry
 void read_directory(const QString& path, QDir::Filters filters,
                     const std::function<bool(DirectoryEntry&&)>& found);
 
+/// The canonical path of what a link, or a junction, leads to. Empty when there is nothing.
+QString link_target(const QString& path);
+
 } // namespace platform

@@ -1,6 +1,7 @@
 #include "platform/directory_reader.h"
 
 #include <QFile>
+#include <QFileInfo>
 
 #include <cstring>
 #include <memory>
@@ -65,6 +66,11 @@ void read_directory(const QString& path, QDir::Filters filters,
             return;
         }
     }
+}
+
+QString link_target(const QString& path)
+{
+    return QFileInfo(path).canonicalFilePath();
 }
 
 } // namespace platform

@@ -14,7 +14,6 @@ struct Entry
 {
     QByteArray type;
     QList<QByteArray> apps;
-    bool terminated = true; ///< a semicolon ends the list, as it should
 };
 
 /// The entry in a line; one without type when the line is of another kind.
@@ -24,7 +23,7 @@ Entry parse(const QByteArray& line)
     if (equals < 0 || line.startsWith('#')) {
         return {};
     }
-    Entry entry{line.first(equals).trimmed(), {}, line.trimmed().endsWith(';')};
+    Entry entry{line.first(equals).trimmed(), {}};
     for (const QByteArray& app : line.sliced(equals + 1).split(';')) {
         if (const QByteArray name = app.trimmed(); !name.isEmpty()) {
             entry.apps.append(name);
@@ -35,7 +34,7 @@ Entry parse(const QByteArray& line)
 
 QByteArray format(const Entry& entry)
 {
-    return entry.type + '=' + entry.apps.join(';') + (entry.terminated ? ";" : "");
+    return entry.type + '=' + entry.apps.join(';') + ';';
 }
 
 } // namespace

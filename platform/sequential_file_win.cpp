@@ -1,30 +1,15 @@
 #include "platform/sequential_file.h"
 
-#include <QDir>
+#include "platform/extended_path_win.h"
 
 #include <qt_windows.h>
 
 #include <fcntl.h>
 #include <io.h>
 
-using namespace Qt::StringLiterals;
-
 namespace platform {
 
 namespace {
-
-/// The extended form of an absolute path, which lifts the limit of 260 characters.
-QString extended_path(const QString& path)
-{
-    const QString native = QDir::toNativeSeparators(QDir::cleanPath(path));
-    if (native.startsWith(uR"(\\?\)"_s)) {
-        return native;
-    }
-    if (native.startsWith(uR"(\\)"_s)) {
-        return uR"(\\?\UNC\)"_s + native.sliced(2);
-    }
-    return native.size() > 2 && native[1] == u':' ? uR"(\\?\)"_s + native : native;
-}
 
 /// A handle of a file on a disk, or INVALID_HANDLE_VALUE.
 HANDLE open_handle(const QString& path, DWORD flags, qint64& size)

@@ -201,7 +201,7 @@ void ChecksumFileVerifier::report_nothing()
     show_report({QMessageBox::Critical,
                  MyTreeWidget::tr("Rien"),
                  MyTreeWidget::tr("<strong><u>Rien à vérifier !<u/></strong><br />"),
-                 {},
+                 ReportLines(),
                  {}});
 }
 
@@ -211,7 +211,7 @@ void ChecksumFileVerifier::report(const ReportLines& errors)
         show_report({QMessageBox::Information,
                      MyTreeWidget::tr("Ok"),
                      MyTreeWidget::tr("Aucune erreur trouvée !"),
-                     {},
+                     ReportLines(),
                      QPixmap(u":/res/ok.png"_s)});
         return;
     }
