@@ -223,7 +223,7 @@ steady_environment() {
 # How the sanitizers judge: all that they find ends the program, but for what is not ours.
 sanitizer_options() {
   export ASAN_OPTIONS=detect_leaks=1
-  export LSAN_OPTIONS=suppressions=$root/tests/lsan.supp:print_suppressions=0
+  export LSAN_OPTIONS=suppressions=$root/cmake/sanitizers/lsan.supp:print_suppressions=0
   export UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1
-  export TSAN_OPTIONS=suppressions=$root/tests/tsan.supp:print_suppressions=0:halt_on_error=1
+  export TSAN_OPTIONS=suppressions=$root/cmake/sanitizers/tsan.supp:print_suppressions=0:halt_on_error=1
 }

@@ -60,7 +60,12 @@ void DigestCheck::hash()
         row_ = find_file(pane_, path_);
     }
     result_.clear();
-    jobs_.calculate_hash(path_, row_, [this](const QString& text) { result_ = text; });
+    jobs_.calculate_hash(path_, row_, [this](const QString& text) {
+        result_ = text;
+        if (!dialog_) {
+            pane_.progress->setValue(0); // the rest of a run whose dialog was left is shown there
+        }
+    });
     dialog_->watcher.setFuture(jobs_.file_future());
 }
 

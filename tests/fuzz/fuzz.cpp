@@ -17,9 +17,7 @@ namespace {
 /// Ends the program with a report when a property does not hold; libFuzzer keeps the input.
 void verify(bool holds, const char* property)
 {
-    if (!holds) {
-        qFatal("does not hold: %s", property);
-    }
+    if (!holds) { qFatal("does not hold: %s", property); }
 }
 
 Scene& scene()
@@ -76,9 +74,7 @@ void read_arguments(const QByteArray& bytes)
                                       "l/l.md5=0cc175b9c0f1b6a831c399e269772661"_s)
                                  .isEmpty();
     QStringList arguments = QString::fromUtf8(bytes).split(u'\n').mid(0, 5);
-    for (QString& argument : arguments) {
-        argument.prepend(scene().working_dir.at(u"l/"_s));
-    }
+    for (QString& argument : arguments) { argument.prepend(scene().working_dir.at(u"l/"_s)); }
     emit scene().window->send_args(arguments);
     verify(once && scene().wait_idle() && scene().violation().isEmpty(), "the pane comes to rest");
 }
@@ -109,9 +105,7 @@ extern "C" int LLVMFuzzerTestOneInput(const char* data, std::size_t size)
 {
     static const QByteArray wanted = qgetenv("TAVREL_READER");
     for (const Reader& reader : readers) {
-        if (wanted == reader.name) {
-            reader.read(QByteArray(data, static_cast<qsizetype>(size)));
-        }
+        if (wanted == reader.name) { reader.read(QByteArray(data, static_cast<qsizetype>(size))); }
     }
     return 0;
 }

@@ -3,7 +3,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStorageInfo>
 
 using namespace Qt::StringLiterals;
 
@@ -18,18 +17,12 @@ QString TestDir::createFile(const QString& name, const QByteArray& content)
     return path;
 }
 
-QString TestDir::createHuge(const QString& name)
-{
-    QFile file(createFile(name));
-    return file.open(QIODevice::WriteOnly) && file.resize(qint64(1) << 40) ? file.fileName()
-                                                                           : QString();
-}
+bool TestDir::createHuge(const QString& name) { return QFile::resize(createFile(name), huge); }
 
 QString TestDir::createDir(const QString& name)
 {
-    const QString made = filePath(name);
-    QDir().mkpath(made);
-    return made;
+    QDir().mkpath(filePath(name));
+    return filePath(name);
 }
 
 QString TestDir::at(const QString& name) const
@@ -50,17 +43,10 @@ QString TestDir::entries(const QString& name) const
     return QDir(filePath(name)).entryList(all, QDir::Name).join(u", "_s);
 }
 
-QString volume_root(const QString& path)
-{
-    const QString root = QStorageInfo(path).rootPath();
-    return root.isEmpty() ? QDir::rootPath() : root;
-}
-
 bool permissions_hold()
 {
     TestDir dir;
-    const QString path = dir.createFile(u"probe"_s, "x");
-    QFile file(path);
+    QFile file(dir.createFile(u"probe"_s, "x"));
     file.setPermissions({});
     return !file.open(QIODevice::ReadOnly);
 }

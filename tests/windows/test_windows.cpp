@@ -27,9 +27,7 @@ void TestWindows::drives_have_letters_and_labels()
     QCOMPARE(combo.count(), QDir::drives().size());
     const QString drive = qEnvironmentVariable("TAVREL_TEST_DRIVE");
     const QString labelled = qEnvironmentVariable("TAVREL_TEST_LABELLED");
-    if (labelled.isEmpty()) {
-        QSKIP("no drives of the tests' own");
-    }
+    if (labelled.isEmpty()) { QSKIP("no drives of the tests' own"); }
     for (const QString& entry : {u'(' + drive + u')', labelled}) {
         QVERIFY(combo.findText(entry) >= 0);
         emit combo.textActivated(entry);

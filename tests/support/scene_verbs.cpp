@@ -1,0 +1,288 @@
+// The commands of which scenarios are made.
+
+#include "dialogs/fenres.h"
+#include "tests/support/scene.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QListView>
+#include <QMenu>
+#include <QMimeData>
+#include <QProcess>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTest>
+#include <QUrl>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using A = const QStringList&;
+using P = MyTreeWidget;
+using S = Scene;
+
+QString clipboard() { return QGuiApplication::clipboard()->text().replace(u'\t', u'^'); }
+
+/// Does something with the rows named.
+template<class Act>
+QString each_row(P& pane, A names, Act act)
+{
+    for (const QString& name : names) {
+        QTreeWidgetItem* row = find_row(pane, name);
+        if (!row) { return u"no row "_s + name; }
+        act(*row);
+    }
+    return {};
+}
+
+} // namespace
+
+/// The texts of the context menu, "|" for separators, "-" before what is disabled.
+QString Scene::menu_of(MyTreeWidget& pane)
+{
+    QStringList texts;
+    const std::function<void(const QMenu&)> note = [&](const QMenu& menu) {
+        for (const QAction* action : menu.actions()) {
+            const QString text = (action->isEnabled() ? QString() : u"-"_s) + action->text();
+            texts << (action->isSeparator() ? u"|"_s : text);
+            if (action->menu()) {
+                texts << u"{"_s;
+                note(*action->menu());
+                texts << u"}"_s;
+            }
+        }
+    };
+    QTimer::singleShot(0, &watch_, [&] {
+        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            note(*menu);
+            menu->close();
+        }
+    });
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
+    QCoreApplication::sendEvent(&pane, &event);
+    return texts.join(u' ');
+}
+
+void Scene::press(QWidget& widget, const QString& key)
+{
+    // An offscreen view takes keys once it has been shown.
+    window->show();
+    QTest::qWait(0);
+    const auto combination = QKeySequence(key)[0];
+    QTest::keyClick(&widget, combination.key(), combination.keyboardModifiers());
+}
+
+/// Drops files as a file manager does; answers whether the pane took them.
+bool Scene::drop(MyTreeWidget& pane, const QStringList& names)
+{
+    QMimeData data;
+    QList<QUrl> urls;
+    for (const QString& name : names) { urls.append(QUrl::fromLocalFile(working_dir.at(name))); }
+    data.setUrls(urls);
+    QDragEnterEvent enter(QPoint(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    enter.ignore();
+    QCoreApplication::sendEvent(pane.viewport(), &enter);
+    QDropEvent event(QPointF(5, 5), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    event.ignore();
+    if (enter.isAccepted()) { QCoreApplication::sendEvent(pane.viewport(), &event); }
+    return event.isAccepted();
+}
+
+/// A file, given as "name", "name=content" or "name=huge", or a directory, given as "name/".
+void Scene::put(const QString& what)
+{
+    const QString name = what.section(u'=', 0, 0);
+    QString content = what.contains(u'=') ? what.section(u'=', 1) : name.section(u'/', -1);
+    if (name.endsWith(u'/')) {
+        working_dir.createDir(name);
+    } else if (content == "huge"_L1) {
+        working_dir.createHuge(name);
+    } else {
+        content.replace(u"\\n"_s, u"\n"_s).replace(u'~', working_dir.at() + u'/');
+        working_dir.createFile(name, content.toUtf8());
+    }
+}
+
+/// The lines of a file, a digest at the beginning of a line by its name.
+QString Scene::list(const QString& name) const
+{
+    QStringList lines = QString::fromLocal8Bit(working_dir.read(name)).split(u'\n');
+    for (QString& line : lines) {
+        if (const QString file = line.section(u"  "_s, 1); !file.isEmpty()) {
+            const QString path = working_dir.at(name).section(u'/', 0, -2) + u'/' + file;
+            line = digest_name(line.section(u"  "_s, 0, 0), path) + u"  "_s + file;
+        }
+    }
+    return lines.join(u" | "_s);
+}
+
+QHash<QString, Scene::Verb> Scene::verbs()
+{
+    QHash<QString, Verb> verbs;
+    const auto add = [&](const char* name, auto act) {
+        verbs[QString::fromLatin1(name)] = [act](S& s, P& p, A a) {
+            if constexpr (std::is_void_v<decltype(act(s, p, a))>) {
+                act(s, p, a);
+                return QString();
+            } else {
+                return QString(act(s, p, a));
+            }
+        };
+    };
+    // The files.
+    add("put", [](S& s, P&, A a) {
+        for (const QString& what : a) { s.put(what); }
+    });
+    add("lay", [](S& s, P&, A a) { // puts files where both panes show them
+        for (const QString& what : a) { s.put(what); }
+        s.first->list_anew();
+        s.second->list_anew();
+    });
+    add("rm", [](S& s, P&, A a) {
+        const QString path = s.working_dir.at(a[0]);
+        return QFile::remove(path) || QDir(path).removeRecursively() ? u""_s : u"failed"_s;
+    });
+    add("link", [](S& s, P&, A a) { QFile::link(s.working_dir.at(a[1]), s.working_dir.at(a[0])); });
+    add("lock", [](S& s, P&, A a) { make_unreadable(s.working_dir, a[0]); });
+    add("many", [](S& s, P&, A a) { // so many empty files, named 1, 2, 3
+        for (int i = 1; i <= a[1].toInt(); ++i) {
+            s.working_dir.createFile(a[0] + u'/' + QString::number(i));
+        }
+    });
+    add("sh", [](S&, P&, A a) { // a command of the shell, in the scene's directory
+        QProcess shell;
+        shell.start(u"sh"_s, {u"-c"_s, a[0]});
+        shell.waitForFinished();
+        return QString::fromLocal8Bit(shell.readAllStandardOutput()).trimmed();
+    });
+    add("ls", [](S& s, P&, A a) { return s.working_dir.entries(a.value(0)); });
+    add("cat", [](S& s, P&, A a) { return s.list(a[0]); });
+
+    // What a person does.
+    add("select", [](S&, P& p, A a) {
+        p.clearSelection();
+        return each_row(p, a, [](auto& row) { row.setSelected(true); });
+    });
+    add("expand",
+        [](S&, P& p, A a) { return each_row(p, a, [](auto& row) { row.setExpanded(true); }); });
+    add("activate", [](S&, P& p, A a) {
+        return each_row(p, a, [&](auto& row) { emit p.itemActivated(&row, 0); });
+    });
+    add("do", [](S& s, P& p, A a) { s.named<QAction>(p, a[0])->trigger(); });
+    add("command", [](S& s, P&, A a) {
+        s.window->statusBar()->clearMessage();
+        s.named<QAction>(*s.window, a[0])->trigger();
+    });
+    add("call", [](S&, P& p, A a) {
+        return QMetaObject::invokeMethod(&p, a[0].toUtf8()) ? u""_s : u"none"_s;
+    });
+    add("stop", [](S&, P& p, A) { p.stop_button->click(); });
+    add("drop", [](S& s, P& p, A a) { return s.drop(p, a) ? u""_s : u"refused"_s; });
+    add("args", [](S& s, P&, A a) {
+        QStringList paths = a;
+        for (QString& path : paths) { path.prepend(s.working_dir.at() + u'/'); }
+        emit s.window->send_args(paths);
+    });
+    add("key", [](S& s, P& p, A a) { s.press(p, a[0]); });
+    add("current", [](S&, P& p, A a) {
+        const QTreeWidgetItem* row = p.currentItem();
+        return a.isEmpty() ? (row ? name_of(*row) : u"none"_s) : each_row(p, a, [&](auto& named) {
+            p.setCurrentItem(&named, 0, QItemSelectionModel::NoUpdate);
+        });
+    });
+    add("type", [](S& s, P& p, A a) {
+        p.path_edit->setText(QDir::toNativeSeparators(s.working_dir.at(a[0])));
+        QTest::keyClick(p.path_edit, Qt::Key_Return);
+    });
+    add("check", [](S& s, P& p, A a) { // a digest, and what happens while the dialog is open
+        s.steps_ = QStringList(u"type "_s + a[0]) + a.mid(1) + QStringList(u"press Vérifier"_s);
+        p.act_check->trigger();
+    });
+    add("with", [](S& s, P&, A a) { s.steps_ = a; });
+    add("lang", [](S& s, P&, A a) { s.window->setLang(a[0]); });
+    add("exclude", [](S& s, P&, A a) {
+        s.first->set_exclus(a[0]);
+        s.second->set_exclus(a[0]);
+    });
+    add("capitals", [](S&, P& p, A) { p.upper = true; });
+    add("radio", [](S& s, P&, A a) { s.named<QRadioButton>(*s.window, a[0])->click(); });
+    add("start", [](S& s, P&, A) { s.rebuild(); });
+
+    // A line for a certain moment: when a file is announced, and its digest yet to come; when a
+    // job's digests are there, and nothing has been made of them yet.
+    add("during", [](S& s, P& p, A a) {
+        const QString moment = u"En cours : "_s + s.working_dir.at(a[0]);
+        QObject::connect(&p, &P::processing, &s.watch_, [&s, moment, a](const QString& text) {
+            text == moment ? void(s.run(a[1] + u'&')) : void();
+        });
+    });
+    add("after-job", [](S& s, P& p, A a) {
+        QObject::connect(&p, &P::alldone, &s.watch_, [&s, a] { s.run(a[0] + u'&'); });
+    });
+    add("hold", [](S& s, P& p, A a) { // waits until a file is being read
+        const QString moment = u"En cours : "_s + s.working_dir.at(a[0]);
+        const auto came = [&] { return p.status_label->text() == moment; };
+        return QTest::qWaitFor(came, 60000) ? u""_s : u"never"_s;
+    });
+
+    // What is to be seen.
+    add("see", [](S& s, P& p, A) { return s.rows_of(*p.invisibleRootItem()); });
+    add("hashed", [](S& s, P& p, A) {
+        QString names;
+        for (const QTreeWidgetItem* row : p.job_items) { names += s.told(path_of(*row)) + u' '; }
+        return names.trimmed();
+    });
+    add("label", [](S& s, P& p, A) { return s.told(p.status_label->text()); });
+    add("path",
+        [](S& s, P& p, A) { return s.told(QDir::fromNativeSeparators(p.path_edit->text())); });
+    add("selector", [](S&, P& p, A) { return p.drive_combo->currentText(); });
+    add("header", [](S&, P& p, A) { return p.headerItem()->text(ColHash); });
+    add("menu", [](S& s, P& p, A) { return s.menu_of(p); });
+    add("message", [](S& s, P&, A) { return s.told(s.window->statusBar()->currentMessage()); });
+    add("exclusions", [](S&, P& p, A) { return p.exclusions.join(u' '); });
+    add("copy", [](S& s, P& p, A a) {
+        s.window->show();
+        s.window->activateWindow();
+        QTest::qWait(0);
+        p.setFocus();
+        QGuiApplication::clipboard()->setText(u"untouched"_s);
+        s.named<QAction>(*s.window, a[0])->trigger();
+        return s.told(clipboard());
+    });
+    add("window", [](S& s, P&, A) {
+        const bool sides = s.window->findChild<QSplitter*>()->orientation() == Qt::Horizontal;
+        const QRect place(s.window->pos(), s.window->size());
+        return u"%1x%2+%3+%4 %5 %6"_s.arg(place.width())
+            .arg(place.height())
+            .arg(place.x())
+            .arg(place.y())
+            .arg(sides ? u"horizontal"_s : u"vertical"_s, s.first->headerItem()->text(ColHash));
+    });
+    add("saved", [](S& s, P&, A a) { // what the program would leave of its settings
+        s.window->writeSettings();
+        QStringList values;
+        for (const QString& key : a) {
+            values << s.told(
+                QSettings(u"Tavrel.ini"_s, QSettings::IniFormat).value(key).toString());
+        }
+        return values.join(u" | "_s);
+    });
+    add("results", [](S& s, P&, A a) { // of every dialog; what the last one copies
+        QStringList texts;
+        for (const FenRes* dialog : s.window->findChildren<FenRes*>()) {
+            texts << dialog->findChild<QLabel*>()->text().section(u" : "_s, 1);
+            for (const QListView* view : dialog->findChildren<QListView*>()) {
+                for (int i = 0; i < view->model()->rowCount(); ++i) {
+                    texts << s.told(view->model()->index(i, 0).data().toString());
+                }
+            }
+            s.named<QAbstractButton>(*dialog, u"Copier"_s)->click();
+        }
+        return a.contains(u"copied"_s) ? s.told(clipboard()) : texts.join(u" | "_s);
+    });
+    return verbs;
+}
