@@ -3,14 +3,8 @@
 #include "engine/product.h"
 #include "tests/support/test_dir.h"
 
-#include <QApplication>
-#include <QFile>
-#include <QMap>
-#include <QProcess>
-#include <QResource>
-#include <QTest>
-#include <QTranslator>
-#include <QXmlStreamReader>
+#include <QtTest>
+#include <QtWidgets>
 
 using namespace Qt::StringLiterals;
 

@@ -7,14 +7,13 @@
 #include "engine/exclusions.h"
 #include "tests/support/scene.h"
 
-#include <QApplication>
-#include <QDirIterator>
+#include <map>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Ends the program with a report when a property does not hold; libFuzzer keeps the input.
+/// Ends the program when a property does not hold; libFuzzer keeps the input.
 void verify(bool holds, const char* property)
 {
     if (!holds) { qFatal("does not hold: %s", property); }
@@ -69,25 +68,19 @@ void read_settings(const QByteArray& bytes)
 /// One argument a line, below the scene, so that no search leads to files of others.
 void read_arguments(const QByteArray& bytes)
 {
-    static const bool once = scene()
-                                 .run(u"put l/a l/b.txt l/d/a l/d/e/f l/.h l/é l/x.md5/ l/n.sha1 "
-                                      "l/l.md5=0cc175b9c0f1b6a831c399e269772661"_s)
-                                 .isEmpty();
+    scene().run(u"put l/a l/b.txt l/d/a l/d/e/f l/.h l/é l/x.md5/ l/n.sha1 "
+                "l/l.md5=0cc175b9c0f1b6a831c399e269772661"_s);
     QStringList arguments = QString::fromUtf8(bytes).split(u'\n').mid(0, 5);
     for (QString& argument : arguments) { argument.prepend(scene().working_dir.at(u"l/"_s)); }
     emit scene().window->send_args(arguments);
-    verify(once && scene().wait_idle() && scene().violation().isEmpty(), "the pane comes to rest");
+    verify(scene().wait_idle() && scene().violation().isEmpty(), "the pane comes to rest");
 }
 
-struct Reader
-{
-    const char* name;
-    void (*read)(const QByteArray& bytes);
-};
-constexpr Reader readers[] = {{"checksum_file", read_checksum_file},
-                              {"exclusions", read_exclusions},
-                              {"settings", read_settings},
-                              {"arguments", read_arguments}};
+const std::map<QByteArray, void (*)(const QByteArray&)> readers = {
+    {"checksum_file", read_checksum_file},
+    {"exclusions", read_exclusions},
+    {"settings", read_settings},
+    {"arguments", read_arguments}};
 
 } // namespace
 
@@ -103,10 +96,7 @@ extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** argv)
 
 extern "C" int LLVMFuzzerTestOneInput(const char* data, std::size_t size)
 {
-    static const QByteArray wanted = qgetenv("TAVREL_READER");
-    for (const Reader& reader : readers) {
-        if (wanted == reader.name) { reader.read(QByteArray(data, static_cast<qsizetype>(size))); }
-    }
+    readers.at(qgetenv("TAVREL_READER"))(QByteArray(data, static_cast<qsizetype>(size)));
     return 0;
 }
 
@@ -115,15 +105,14 @@ int main(int argc, char* argv[])
 {
     const QString corpus = QFileInfo(QFile::decodeName(argv[argc - 1])).absoluteFilePath();
     LLVMFuzzerInitialize(&argc, &argv);
-    for (const Reader& reader : readers) {
-        int inputs = 0;
-        for (QDirIterator it(corpus + u'/' + QLatin1String(reader.name), QDir::Files); it.hasNext();
-             ++inputs) {
-            QFile file(it.next());
+    for (const auto& [name, read] : readers) {
+        const QDir inputs(corpus + u'/' + QString::fromLatin1(name));
+        verify(!inputs.isEmpty(), "there is a corpus");
+        for (const QFileInfo& input : inputs.entryInfoList(QDir::Files)) {
+            QFile file(input.filePath());
             verify(file.open(QIODevice::ReadOnly), "the input can be read");
-            reader.read(file.readAll());
+            read(file.readAll());
         }
-        verify(inputs > 0, "there is a corpus");
     }
 }
 #endif

@@ -5,9 +5,6 @@
 
 #include "tests/support/scene.h"
 
-#include <QApplication>
-#include <QTest>
-
 using namespace Qt::StringLiterals;
 
 class TestScenarios : public QObject

@@ -9,17 +9,6 @@
 #include "tests/stress/confined.h"
 #include "tests/support/scene.h"
 
-#include <QApplication>
-#include <QMenu>
-#include <QMessageBox>
-#include <QProcess>
-#include <QRandomGenerator>
-#include <QStatusBar>
-#include <QTest>
-#include <QThreadPool>
-#include <QToolBar>
-#include <QTreeWidgetItemIterator>
-
 #include <cstdio>
 
 using namespace Qt::StringLiterals;

@@ -3,14 +3,6 @@
 #include "dialogs/fencheck.h"
 #include "dialogs/fenres.h"
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QMessageBox>
-#include <QProcess>
-#include <QRegularExpression>
-#include <QTest>
-#include <QTreeWidgetItemIterator>
-
 using namespace Qt::StringLiterals;
 
 Scene::Scene()

@@ -5,16 +5,8 @@
 #include "tests/support/test_dir.h"
 #include "tree/mytreewidget.h"
 
-#include <QComboBox>
-#include <QDir>
-#include <QHash>
-#include <QLabel>
-#include <QLineEdit>
-#include <QProgressBar>
-#include <QPushButton>
-#include <QTimer>
-
-#include <functional>
+#include <QtTest>
+#include <QtWidgets>
 
 /// A main window over a tree of files, driven and described by lines of text.
 ///

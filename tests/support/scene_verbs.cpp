@@ -3,20 +3,6 @@
 #include "dialogs/fenres.h"
 #include "tests/support/scene.h"
 
-#include <QApplication>
-#include <QClipboard>
-#include <QContextMenuEvent>
-#include <QDropEvent>
-#include <QHeaderView>
-#include <QListView>
-#include <QMenu>
-#include <QMimeData>
-#include <QProcess>
-#include <QSettings>
-#include <QStatusBar>
-#include <QTest>
-#include <QUrl>
-
 using namespace Qt::StringLiterals;
 
 namespace {

@@ -1,16 +1,8 @@
 // The window as a whole: what it is made of, its languages, its place, and who can read it.
 
 #include "app/screen_fit.h"
-#include "app/settings_file.h"
 #include "dialogs/fencheck.h"
 #include "tests/support/scene.h"
-
-#include <QAccessible>
-#include <QApplication>
-#include <QMenuBar>
-#include <QSettings>
-#include <QTest>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
 
@@ -42,7 +34,6 @@ class TestWindow : public QObject
   private slots:
     void is_made_as_described();
     void speaks_english();
-    void locked_settings_are_kept_elsewhere();
     void stays_in_sight_and_its_size();
     void can_be_read_by_everyone();
     void tab_follows_the_layout();
@@ -110,26 +101,6 @@ void TestWindow::speaks_english()
     QVERIFY(about.startsWith("[About Tavrel] "_L1) && about.contains("/home\">"_L1));
 }
 
-void TestWindow::locked_settings_are_kept_elsewhere()
-{
-    Scene scene;
-    const QString own = u"Tavrel.ini"_s;
-    qputenv("XDG_CONFIG_HOME", scene.working_dir.at(u"l"_s).toLocal8Bit());
-    const QString substitute = scene.working_dir.at(u"l/Brennick/Tavrel.ini"_s);
-    if (!permissions_hold() || QDir::separator() != u'/') {
-        QSKIP("nothing is locked to this user");
-    }
-    scene.working_dir.createFile(own, "[App]\nalg=SHA1\n");
-    QFile::setPermissions(own, QFile::ReadOwner);
-    // It is read until something was saved in the user's own folder, which counts from then on.
-    QCOMPARE(settings_path_to_read(), own);
-    QCOMPARE(settings_path_to_write(), substitute);
-    scene.window->writeSettings();
-    QCOMPARE(settings_path_to_read(), substitute);
-    QCOMPARE(scene.working_dir.read(own), "[App]\nalg=SHA1\n");
-    qunsetenv("XDG_CONFIG_HOME");
-}
-
 void TestWindow::stays_in_sight_and_its_size()
 {
     // A window of 800 by 600 on a screen of 1920 by 1080 with another one to its left.
@@ -161,10 +132,8 @@ void TestWindow::can_be_read_by_everyone()
                                             pane->stop_button, pane}) {
             QVERIFY(told(control, QAccessible::Name).endsWith(number));
         }
-        QVERIFY(told(pane->drive_combo, QAccessible::Description).endsWith(number));
     }
-    scene.run(u"put l/a"_s);
-    scene.run(u"call L Reset"_s);
+    scene.run(u"lay l/a"_s);
     auto* row = static_cast<PaneRow*>(find_row(*scene.first, u"a"_s));
     const QList<std::tuple<engine::Mark, bool, bool>> looks = {
         {engine::Mark::Identical, false, false},

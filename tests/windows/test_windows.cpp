@@ -5,8 +5,6 @@
 
 #include "tests/support/scene.h"
 
-#include <QTest>
-
 using namespace Qt::StringLiterals;
 
 class TestWindows : public QObject
