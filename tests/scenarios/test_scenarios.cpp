@@ -57,10 +57,9 @@ void TestScenarios::play()
         if (!command.isEmpty() && !command.startsWith(u'#')) {
             const QString seen = scene.run(command);
             const QString wrong = scene.violation();
-            const QString report = u"line %1: %2\n  expected: %3\n  seen:     %4\n  %5"_s;
-            QVERIFY2(seen == expected && wrong.isEmpty(),
-                     qUtf8Printable(
-                         report.arg(QString::number(number), command, expected, seen, wrong)));
+            const QString report = u"line %1: %2\n  expected: %3\n  seen:     %4\n  %5"_s.arg(
+                QString::number(number), command, expected, seen, wrong);
+            QVERIFY2(seen == expected && wrong.isEmpty(), qUtf8Printable(report));
         }
         ++number;
     }

@@ -176,6 +176,10 @@ QString Scene::rows_of(const QTreeWidgetItem& parent) const
 QString Scene::run(const QString& line)
 {
     static const QHash<QString, Verb> all = verbs();
+    if (const qsizetype end = line.indexOf(" ; "_L1); end > 0) {
+        const QString seen = run(line.first(end));
+        return (seen + u' ' + run(line.sliced(end + 3))).trimmed();
+    }
     QStringList words = QProcess::splitCommand(line);
     const bool waits = !line.endsWith(u'&') && !words[0].endsWith(u'&');
     for (QString* word : {&words.first(), &words.last()}) {

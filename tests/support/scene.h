@@ -10,12 +10,12 @@
 
 /// A main window over a tree of files, driven and described by lines of text.
 ///
-/// A line is a command with words, parted by blanks; double quotes keep blanks together. "L" and
-/// "R" name the panes, all other names are paths below the scene's directory. A command waits for
-/// the end of what it starts, unless its name or the line ends in "&". It answers what was to be
-/// seen: nothing for a plain act, but always the message boxes that came up, which are closed by
-/// their first button, and the other dialogs, which are described and closed, unless a line "with"
-/// said before what is to be done in the next one.
+/// A line is a command with words, parted by blanks, or several parted by " ; "; double quotes keep
+/// blanks together. "L" and "R" name the panes, all other names are paths below the scene's
+/// directory. A command waits for the end of what it starts, unless its name or the line ends in
+/// "&". It answers what was to be seen: nothing for a plain act, but always the message boxes that
+/// came up, which are closed by their first button, and the other dialogs, which are described and
+/// closed, unless a line "with" said before what is to be done in the next one.
 class Scene
 {
   public:
@@ -55,7 +55,6 @@ class Scene
     QString digest_name(const QString& hex, const QString& path) const;
     QString told(QString text) const;
     void put(const QString& what);
-    QString list(const QString& name) const;
     QString menu_of(MyTreeWidget& pane);
     void press(QWidget& widget, const QString& key);
     bool drop(MyTreeWidget& pane, const QStringList& names);

@@ -31,22 +31,15 @@ QString each_row(P& pane, A names, Act act)
 QString Scene::menu_of(MyTreeWidget& pane)
 {
     QStringList texts;
-    const std::function<void(const QMenu&)> note = [&](const QMenu& menu) {
-        for (const QAction* action : menu.actions()) {
+    QTimer::singleShot(0, &watch_, [&] {
+        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        for (const QAction* action : menu ? menu->actions() : QList<QAction*>()) {
             const QString text = (action->isEnabled() ? QString() : u"-"_s) + action->text();
             texts << (action->isSeparator() ? u"|"_s : text);
-            if (action->menu()) {
-                texts << u"{"_s;
-                note(*action->menu());
-                texts << u"}"_s;
-            }
+            const auto below = action->menu() ? action->menu()->actions() : QList<QAction*>();
+            for (const QAction* each : below) { texts << u'>' + each->text(); }
         }
-    };
-    QTimer::singleShot(0, &watch_, [&] {
-        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
-            note(*menu);
-            menu->close();
-        }
+        menu ? menu->close() : false;
     });
     QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
     QCoreApplication::sendEvent(&pane, &event);
@@ -93,19 +86,6 @@ void Scene::put(const QString& what)
     }
 }
 
-/// The lines of a file, a digest at the beginning of a line by its name.
-QString Scene::list(const QString& name) const
-{
-    QStringList lines = QString::fromLocal8Bit(working_dir.read(name)).split(u'\n');
-    for (QString& line : lines) {
-        if (const QString file = line.section(u"  "_s, 1); !file.isEmpty()) {
-            const QString path = working_dir.at(name).section(u'/', 0, -2) + u'/' + file;
-            line = digest_name(line.section(u"  "_s, 0, 0), path) + u"  "_s + file;
-        }
-    }
-    return lines.join(u" | "_s);
-}
-
 QHash<QString, Scene::Verb> Scene::verbs()
 {
     QHash<QString, Verb> verbs;
@@ -146,7 +126,16 @@ QHash<QString, Scene::Verb> Scene::verbs()
         return QString::fromLocal8Bit(shell.readAllStandardOutput()).trimmed();
     });
     add("ls", [](S& s, P&, A a) { return s.working_dir.entries(a.value(0)); });
-    add("cat", [](S& s, P&, A a) { return s.list(a[0]); });
+    add("cat", [](S& s, P&, A a) { // a digest at the beginning of a line by its name
+        QStringList lines = QString::fromLocal8Bit(s.working_dir.read(a[0])).split(u'\n');
+        for (QString& line : lines) {
+            if (const QString file = line.section(u"  "_s, 1); !file.isEmpty()) {
+                const QString path = s.working_dir.at(a[0]).section(u'/', 0, -2) + u'/' + file;
+                line = s.digest_name(line.section(u"  "_s, 0, 0), path) + u"  "_s + file;
+            }
+        }
+        return lines.join(u" | "_s);
+    });
 
     // What a person does.
     add("select", [](S&, P& p, A a) {
@@ -217,11 +206,6 @@ QHash<QString, Scene::Verb> Scene::verbs()
 
     // What is to be seen.
     add("see", [](S& s, P& p, A) { return s.rows_of(*p.invisibleRootItem()); });
-    add("hashed", [](S& s, P& p, A) {
-        QString names;
-        for (const QTreeWidgetItem* row : p.job_items) { names += s.told(path_of(*row)) + u' '; }
-        return names.trimmed();
-    });
     add("label", [](S& s, P& p, A) { return s.told(p.status_label->text()); });
     add("path",
         [](S& s, P& p, A) { return s.told(QDir::fromNativeSeparators(p.path_edit->text())); });

@@ -148,8 +148,7 @@ void TestWindow::can_be_read_by_everyone()
     }
     scene.first->doItemsLayout();
     auto* table = QAccessible::queryAccessibleInterface(scene.first)->tableInterface();
-    const int index = scene.first->indexOfTopLevelItem(row);
-    QCOMPARE(table->cellAt(index, ColName)->text(QAccessible::Name), u"Différent => a"_s);
+    QCOMPARE(table->cellAt(1, ColName)->text(QAccessible::Name), u"Différent => a"_s);
 
     FenCheck dialog(u"/a/"_s + QString(400, u'w'), nullptr);
     dialog.show();
