@@ -32,15 +32,11 @@ int work_and_end(const QString& line)
     scene.window->show();
     scene.uses_dialogs = line != "command Options..."_L1;
     QTimer::singleShot(0, scene.window.get(), [&] {
-        for (const char* act : {"lay l/huge=huge r/huge=huge", "call& L HashAll", "hold L l/huge",
-                                "call& R HashAll", "hold R r/huge"}) {
-            scene.run(QString::fromLatin1(act));
-        }
+        scene.run(u"lay l/huge=huge r/huge=huge ; call& L HashAll ; call& R HashAll"_s);
+        scene.run(u"hold L l/huge ; hold R r/huge"_s);
         std::puts("ready");
         std::fflush(stdout);
-        for (const QString& each : line.split(u"; "_s)) {
-            each == "close"_L1 ? void(scene.window->close()) : void(scene.run(each + u'&'));
-        }
+        line == "close"_L1 ? void(scene.window->close()) : void(scene.run(line + u'&'));
         line.startsWith("stop"_L1) ? QCoreApplication::quit() : void();
     });
     return QApplication::exec();
@@ -72,8 +68,9 @@ void TestProcess::ends_data()
 {
     QTest::addColumn<QString>("how");
     QTest::addColumn<int>("number");
-    const QString check = u"stop L; hold L l/huge; current L huge; check L %1 \"press Vérifier\" "
-                          "\"press Annuler\""_s.arg(QString(32, u'0'));
+    const QString check =
+        u"stop& L ; hold L l/huge ; current& L huge ; "
+        "check& L %1 \"press Vérifier\" \"press Annuler\""_s.arg(QString(32, u'0'));
     QTest::newRow("quit") << u"command Quitter"_s << 0;
     QTest::newRow("close") << u"close"_s << 0;
     QTest::newRow("language") << u"lang en"_s << 0;
@@ -129,9 +126,7 @@ void TestProcess::memory_is_flat()
 {
     constexpr int comparisons = 200;
     constexpr int settled_after = 10;
-    const auto in_use = [] {
-        return static_cast<qint64>(mallinfo2().uordblks + mallinfo2().hblkhd);
-    };
+    const auto in_use = [] { return qint64(mallinfo2().uordblks + mallinfo2().hblkhd); };
     if (in_use() == 0) { QSKIP("the allocator of this build tells nothing"); }
     Scene scene;
     for (int i = 0; i < 100; ++i) { scene.run(u"put l/%1 r/%1=%2"_s.arg(i).arg(i % 10)); }

@@ -212,14 +212,11 @@ QString Scene::violation() const
             return u"a list holds a dead row"_s;
         }
     }
-    for (const char* name : {"Comparer", "Comparer Tout", "Réinitialiser"}) {
-        if (!named<QAction>(*window, QString::fromUtf8(name))->isEnabled()) {
-            return u"the panes are idle and a command is disabled"_s;
-        }
+    for (const auto* act : window->findChild<QToolBar*>()->actions()) {
+        const bool view = act->text().startsWith("Vues"_L1);
+        if (!view && !act->isEnabled()) { return u"the panes are idle, a command is disabled"_s; }
     }
-    return named<QRadioButton>(*window, u"MD5"_s)->isEnabled()
-               ? QString()
-               : u"the panes are idle and the algorithm cannot be chosen"_s;
+    return named<QRadioButton>(*window, u"MD5"_s)->isEnabled() ? u""_s : u"no algorithm"_s;
 }
 
 QTreeWidgetItem* find_row(const MyTreeWidget& pane, const QString& name)

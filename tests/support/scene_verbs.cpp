@@ -226,19 +226,16 @@ QHash<QString, Scene::Verb> Scene::verbs()
     add("window", [](S& s, P&, A) {
         const bool sides = s.window->findChild<QSplitter*>()->orientation() == Qt::Horizontal;
         const QRect place(s.window->pos(), s.window->size());
-        return u"%1x%2+%3+%4 %5 %6"_s.arg(place.width())
-            .arg(place.height())
-            .arg(place.x())
-            .arg(place.y())
-            .arg(sides ? u"horizontal"_s : u"vertical"_s, s.first->headerItem()->text(ColHash));
+        const QString at =
+            QString::asprintf("%dx%d+%d+%d ", place.width(), place.height(), place.x(), place.y());
+        return at + (sides ? u"horizontal "_s : u"vertical "_s) +
+               s.first->headerItem()->text(ColHash);
     });
     add("saved", [](S& s, P&, A a) { // what the program would leave of its settings
         s.window->writeSettings();
+        const QSettings file(u"Tavrel.ini"_s, QSettings::IniFormat);
         QStringList values;
-        for (const QString& key : a) {
-            values << s.told(
-                QSettings(u"Tavrel.ini"_s, QSettings::IniFormat).value(key).toString());
-        }
+        for (const QString& key : a) { values << s.told(file.value(key).toString()); }
         return values.join(u" | "_s);
     });
     add("results", [](S& s, P&, A a) { // of every dialog; what the last one copies

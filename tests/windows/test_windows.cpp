@@ -46,8 +46,7 @@ void TestWindows::long_paths_and_code_pages()
     Scene scene;
     const QString deep = u"l"_s + QString(u'/' + QString(60, u'd')).repeated(5);
     scene.working_dir.createFile(deep + u"/été.txt"_s);
-    scene.run(u"type L "_s + deep);
-    scene.run(u"do L \"Créer fichier SHA1 du répertoire\""_s);
+    scene.run(u"type L "_s + deep + u" ; do L \"Créer fichier SHA1 du répertoire\""_s);
     const QByteArray list = scene.working_dir.read(deep + u'/' + QString(60, u'd') + u".sha1"_s);
     QVERIFY(list.contains("da39a3ee5e6b4b0d3255bfef95601890afd80709  \xe9t\xe9.txt\n"));
 }
@@ -56,13 +55,12 @@ void TestWindows::shortcuts_are_files()
 {
     Scene scene;
     scene.run(u"put l/target l/dir/"_s);
-    QVERIFY(QFile::link(scene.working_dir.at(u"l/target"_s), scene.working_dir.at(u"l/a.lnk"_s)));
-    QVERIFY(QFile::link(scene.working_dir.at(u"l/dir"_s), scene.working_dir.at(u"l/b.lnk"_s)));
-    QVERIFY(QFile::link(scene.working_dir.at(u"gone"_s), scene.working_dir.at(u"l/c.lnk"_s)));
-    scene.run(u"call L Reset"_s);
-    scene.run(u"call L HashAll"_s);
-    QVERIFY(
-        scene.run(u"see L"_s).startsWith(u".. dir/ a.lnk=md5,yellow b.lnk=md5,yellow c.lnk=md5"_s));
+    const QString below = scene.working_dir.at(u"l/"_s);
+    QVERIFY(QFile::link(below + u"target"_s, below + u"a.lnk"_s));
+    QVERIFY(QFile::link(below + u"dir"_s, below + u"b.lnk"_s));
+    QVERIFY(QFile::link(below + u"gone"_s, below + u"c.lnk"_s));
+    const QString rows = scene.run(u"lay ; call L HashAll ; see L"_s);
+    QVERIFY(rows.startsWith(u".. dir/ a.lnk=md5,yellow b.lnk=md5,yellow c.lnk=md5"_s));
 }
 
 void TestWindows::explorer_is_started()
@@ -76,10 +74,8 @@ void TestWindows::explorer_is_started()
                         explorer));
     for (const QString& name : {u"a photo, mine.jpg"_s, u"folder"_s}) {
         Scene scene;
-        scene.run(u"put \"l/a photo, mine.jpg\" l/folder/"_s);
-        scene.run(u"call L Reset"_s);
-        scene.run(u"current L \"%1\""_s.arg(name));
-        scene.run(u"call L open_explorer"_s);
+        scene.run(u"lay \"l/a photo, mine.jpg\" l/folder/"_s);
+        scene.run(u"current L \"%1\" ; call L open_explorer"_s.arg(name));
         QTRY_VERIFY_WITH_TIMEOUT(scene.working_dir.entries().contains("command_line"_L1), 30000);
         const QByteArray bytes = scene.working_dir.read(u"command_line.txt"_s);
         const QString line = QString::fromUtf16(
