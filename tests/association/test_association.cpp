@@ -56,8 +56,8 @@ void TestAssociation::init()
     }
     qputenv("XDG_CONFIG_HOME", home->createDir(u"config"_s).toUtf8());
     qputenv("XDG_DATA_HOME", home->createDir(u"data"_s).toUtf8());
-    for (const char* name : {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION",
-                             "GNOME_DESKTOP_SESSION_ID", "DBUS_SESSION_BUS_ADDRESS"}) {
+    for (const char* name :
+         {"XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "DBUS_SESSION_BUS_ADDRESS"}) {
         qunsetenv(name);
     }
 }
@@ -100,12 +100,11 @@ void TestAssociation::desktop_opens_checksum_files_only()
         u"a \"b'c`d $HOME\\\\n/tavrel"_s, "#!/bin/sh\nprintf '%s\\n' \"$@\" > \"$HOME/opened\"\n");
     QFile::setPermissions(program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     const QString sums = home->createFile(u"a \"file\" of $1.md5"_s, "plain text\n");
-    const QString types = u"MimeType=inode/directory;application/octet-stream;\n"_s;
     const QByteArray entry = "[Desktop Entry]\nType=Application\nName=Tavrel\nExec=";
+    const QByteArray types = "MimeType=inode/directory;application/octet-stream;\n";
     for (const bool other : {false, true}) {
         if (other) {
-            home->createFile(u"applications/other.desktop"_s,
-                             entry + "/bin/true %F\n" + types.toUtf8());
+            home->createFile(u"applications/o.desktop"_s, entry + "/bin/true %F\n" + types);
             output_of(u"update-desktop-database"_s, {home->at(u"applications"_s)});
         }
         shell_association::associate(program, verb);
@@ -114,7 +113,7 @@ void TestAssociation::desktop_opens_checksum_files_only()
         QCOMPARE(default_of(u"text/x-md5sum"_s) + default_of(u"text/x-sha1sum"_s),
                  u"tavrel.desktop"_s.repeated(2));
         for (const QString& type : {u"inode/directory"_s, u"application/octet-stream"_s}) {
-            QCOMPARE(default_of(type), other ? u"other.desktop"_s : QString());
+            QCOMPARE(default_of(type), other ? u"o.desktop"_s : QString());
         }
         QFile::remove(home->at(u"opened"_s));
         output_of(u"gio"_s, {u"open"_s, sums});

@@ -100,14 +100,14 @@ class TestEngine : public QObject
 
 void TestEngine::texts_and_exclusions()
 {
-    for (const QString& row : u"0 0.00s, 999 0.99s, 2105 2.05s, 59999 59.99s, 60000 01:00s., "
-                              "3723456 01:02:03., 360000000 100:00:00."_s.split(u", "_s)) {
-        QCOMPARE(format_time(row.section(u' ', 0, 0).toLongLong()), row.section(u' ', 1));
-    }
-    for (const QString& row : u"0 1 Ko, 1000 1 Ko, 1536 2 Ko, 1023999 1000 Ko, 1024000 1 Mo, "
-                              "1048575999 1000 Mo, 1048576000 1 Go, 1073741823999 1000 Go, "
-                              "1073741824000 Trop Gros"_s.split(u", "_s)) {
-        QCOMPARE(format_size(row.section(u' ', 0, 0).toLongLong()), row.section(u' ', 1));
+    for (const QString& row :
+         u"0 0.00s, 999 0.99s, 2105 2.05s, 59999 59.99s, 60000 01:00s., "
+         "3723456 01:02:03., 360000000 100:00:00., 0 1 Ko, 1000 1 Ko, 1536 2 Ko, "
+         "1023999 1000 Ko, 1024000 1 Mo, 1048575999 1000 Mo, 1048576000 1 Go, "
+         "1073741823999 1000 Go, 1073741824000 Trop Gros"_s.split(u", "_s)) {
+        const qint64 number = row.section(u' ', 0, 0).toLongLong();
+        const QString text = row.section(u' ', 1);
+        QCOMPARE(text.contains(u'.') ? format_time(number) : format_size(number), text);
     }
     // What is typed, the suffixes parted by bars, and how these are shown.
     for (const QString& row : {u";;;//"_s, u"*.jpg;tmp;*.dat/jpg|tmp|dat/*.jpg;*.tmp;*.dat"_s,
@@ -141,14 +141,6 @@ void TestEngine::digests_equal_the_reference()
             QCOMPARE(percents.isEmpty() ? 0 : percents.last(), size == 0 ? 0 : 100);
         }
     }
-    // One that grows while it is read stays at a hundred.
-    QList<int> percents;
-    const QString path = dir.createFile(u"file"_s, QByteArray(700'000, 'x'));
-    engine::FileHasher(QCryptographicHash::Md5, {})
-        .hash(path, {[&] { QVERIFY(QFile::resize(path, 2'000'000)); },
-                     [&](int percent) { percents.append(percent); },
-                     {}});
-    QCOMPARE(percents, (QList<int>{37, 74, 100}));
 }
 
 void TestEngine::listing_sorts_as_the_toolkit_does()
@@ -163,9 +155,7 @@ void TestEngine::listing_sorts_as_the_toolkit_does()
         const QDir toolkit(dir.path(), QString(), QDir::Name | QDir::DirsFirst | QDir::LocaleAware,
                            filters | QDir::NoDotDot);
         QStringList expected = toolkit.entryList();
-        if (filters == engine::shown_entries) {
-            expected.prepend(u".."_s); // first whatever the locale
-        }
+        if (filters == engine::shown_entries) { expected.prepend(u".."_s); } // in every locale
         QStringList names;
         for (const engine::Entry& entry : engine::list_directory(dir.path(), filters)) {
             names.append(entry.name);
@@ -230,10 +220,10 @@ void TestEngine::checksum_files_are_read()
     for (const auto& [content, expected] : rows) {
         QCOMPARE(listed_in(dir, content), QString::fromUtf8(expected));
     }
+    const QString digest = QString::fromLatin1(digest_a);
     for (const QString& name : {u"back\\slash"_s, u"two\nlines\r"_s, u"é"_s}) {
-        const QByteArray line = engine::encode_checksum_text(
-            engine::checksum_line(QString::fromLatin1(digest_a).toUpper(), name));
-        QCOMPARE(listed_in(dir, line), name + u'=' + QString::fromLatin1(digest_a));
+        const QString line = engine::checksum_line(digest.toUpper(), name);
+        QCOMPARE(listed_in(dir, engine::encode_checksum_text(line)), name + u'=' + digest);
     }
     QVERIFY(!engine::read_checksum_file(dir.at(u"gone"_s)));
     QVERIFY(!engine::read_checksum_file(dir.at()));

@@ -77,25 +77,24 @@ class Person : public Scene
 
     std::pair<QWidget*, QRect> place(const QString& kind, const QString& name) const
     {
-        auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-        auto* bar = window->menuBar();
+        QWidget* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+        QWidget* bar = menu ? menu : window->menuBar();
         QWidget* dialog = QApplication::activeModalWidget();
-        if (kind == "pane"_L1) { return {first->viewport(), first->viewport()->rect()}; }
-        if (kind == "row"_L1) {
-            return {first->viewport(), first->visualItemRect(find_row(*first, name))};
-        }
+        QWidget* rows = first->viewport();
+        if (kind == "pane"_L1) { return {rows, rows->rect()}; }
+        if (kind == "row"_L1) { return {rows, first->visualItemRect(find_row(*first, name))}; }
         if (kind == "button"_L1) {
-            auto* button =
-                window->findChild<QToolBar*>()->widgetForAction(named<QAction>(*window, name));
+            auto* action = named<QAction>(*window, name);
+            auto* button = window->findChild<QToolBar*>()->widgetForAction(action);
             return {button, button->rect()};
         }
         if (kind == "tick"_L1 && dialog && dialog->isActiveWindow()) {
             return {named<QCheckBox>(*dialog, name), QRect(0, 0, 20, 20)};
         }
-        for (QAction* action : menu ? menu->actions() : bar->actions()) {
+        for (QAction* action : bar->actions()) {
             if (kind == "entry"_L1 && action->text() == name) {
-                return menu ? std::pair<QWidget*, QRect>(menu, menu->actionGeometry(action))
-                            : std::pair<QWidget*, QRect>(bar, bar->actionGeometry(action));
+                return {bar, menu ? static_cast<QMenu*>(menu)->actionGeometry(action)
+                                  : window->menuBar()->actionGeometry(action)};
             }
         }
         return {nullptr, QRect()};

@@ -35,11 +35,8 @@ void TestScenarios::play_data()
             for (const QString& alg : QStringList{u"md5"_s, u"sha1"_s}.mid(both ? 0 : 1)) {
                 QStringList own = lines;
                 own.replaceInStrings(u"$alg"_s, alg).replaceInStrings(u"$ALG"_s, alg.toUpper());
-                if (here && !title.isEmpty()) {
-                    QTest::addRow("%s: %s%s", qPrintable(info.baseName()), qPrintable(title),
-                                  both ? qPrintable(u", "_s + alg) : "")
-                        << own << number;
-                }
+                const QString name = info.baseName() + u": "_s + title + (both ? alg : QString());
+                if (here && !title.isEmpty()) { QTest::newRow(qPrintable(name)) << own << number; }
             }
             number += static_cast<int>(lines.size()) + 1;
         }

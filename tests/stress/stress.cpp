@@ -21,8 +21,7 @@ namespace {
 /// How often a line comes, and the line. One of the words that "|" parts is taken; S is a row of
 /// the pane, A a command of it, W one of the window.
 constexpr const char* const templates[] = {
-    "9 tool \"Comparer Tout\"",
-    "5 tool W",
+    "9 command \"Comparer Tout\"",
     "5 command W",
     "6 radio MD5|SHA1",
     "9 type L l|l/d",
@@ -126,14 +125,15 @@ class User : public QObject
     /// Brings back a pane that left the scene: nothing may ever be done elsewhere.
     bool stay_inside()
     {
+        bool inside = true;
         for (MyTreeWidget* pane : {scene_.first, scene_.second}) {
             if (!confined.holds(pane->current_dir().path())) {
                 pane->stop_button->click();
                 pane->changeModel(scene_.working_dir.at(pane == scene_.first ? u"l"_s : u"r"_s));
             }
+            inside = inside && confined.holds(pane->current_dir().path());
         }
-        return confined.holds(scene_.first->current_dir().path()) &&
-               confined.holds(scene_.second->current_dir().path());
+        return inside;
     }
 
     QString any_line()
@@ -171,13 +171,6 @@ class User : public QObject
                 return;
             }
             scene_.run(info.exists() && !info.isWritable() ? u"rm %1&"_s.arg(file) : line + u'&');
-        } else if (what == "tool"_L1) {
-            auto* bar = scene_.window->findChild<QToolBar*>();
-            auto* action = scene_.named<QAction>(*scene_.window, words[1]);
-            if (QWidget* button = bar->widgetForAction(action)) {
-                QTest::mouseMove(button);
-                QTest::mouseClick(button, Qt::LeftButton);
-            }
         } else if (what == "menu"_L1) {
             QTreeWidgetItem* row = find_row(own, words[2]);
             const QPoint at = row ? own.visualItemRect(row).center() : QPoint(5, 5);

@@ -117,12 +117,9 @@ void Scene::use(QDialog& dialog)
 QString Scene::told(QString text) const
 {
     static const QRegularExpression time(u"\\d+\\.\\d\\ds"_s);
-    return text.replace(working_dir.at() + u'/', u"~"_s)
-        .replace(u"/proc/sys/vm/compact_memory"_s, u"unreadable"_s)
-        .replace(working_dir.at(), u"~"_s)
-        .replace(time, u"T"_s)
-        .replace(u'\n', u'|')
-        .trimmed();
+    text.replace(working_dir.at() + u'/', u"~"_s).replace(working_dir.at(), u"~"_s);
+    text.replace(time, u"T"_s).replace(u'\n', u'|');
+    return text.replace(u"/proc/sys/vm/compact_memory"_s, u"unreadable"_s).trimmed();
 }
 
 /// "md5" or "sha1" when that is what the file holds now, in capitals when the digest is; else "?".
@@ -146,15 +143,14 @@ QString Scene::flags_of(const QTreeWidgetItem& row) const
     } else if (!hash.isEmpty()) {
         flags << digest_name(hash, path_of(row));
     }
-    for (const auto& [color, name] : {std::pair{Qt::green, u"green"_s},
-                                      {Qt::red, u"red"_s},
-                                      {Qt::yellow, u"yellow"_s},
-                                      {Qt::white, u"white"_s}}) {
-        const QBrush mark(color, Qt::SolidPattern);
-        if (row.background(ColSize) == mark && row.background(ColName) == mark &&
-            row.background(ColHash) == mark) {
-            flags << name;
-        }
+    static const QHash<QRgb, QString> names = {{0xff00ff00, u"green"_s},
+                                               {0xffff0000, u"red"_s},
+                                               {0xffffff00, u"yellow"_s},
+                                               {0xffffffff, u"white"_s}};
+    const QBrush mark = row.background(ColSize);
+    if (mark.style() != Qt::NoBrush) {
+        const bool same = row.background(ColName) == mark && row.background(ColHash) == mark;
+        flags << (same ? names.value(mark.color().rgb(), u"?"_s) : u"mixed"_s);
     }
     return (row.isSelected() ? u"*"_s : QString()) +
            (flags.isEmpty() ? QString() : u'=' + flags.join(u','));
@@ -190,7 +186,7 @@ QString Scene::run(const QString& line)
     if (&pane == second || words.value(0) == "L"_L1) { words.removeFirst(); }
     if (!all.contains(name)) { return u"no such command"_s; }
     const QString answer = all[name](*this, pane, words);
-    static const QStringList looks = {u"hold"_s, u"see"_s, u"hashed"_s, u"label"_s, u"path"_s};
+    static const QStringList looks = {u"hold"_s, u"see"_s, u"label"_s, u"path"_s};
     if (waits && !looks.contains(name) && !wait_idle()) { return u"does not come to rest"_s; }
     steps_ = waits && name != "with"_L1 ? QStringList() : steps_;
     const QStringList seen = waits ? std::exchange(seen_, {}) : QStringList();
@@ -201,10 +197,8 @@ QString Scene::violation() const
 {
     if (is_busy()) { return {}; }
     for (MyTreeWidget* pane : {first, second}) {
-        if (!pane->drive_combo->isEnabled() || !pane->acceptDrops() ||
-            pane->progress->value() > 0) {
-            return u"a pane is idle and its controls are not"_s;
-        }
+        const bool open = pane->drive_combo->isEnabled() && pane->acceptDrops();
+        if (!open || pane->progress->value() > 0) { return u"a pane's controls are not idle"_s; }
         QSet<const QTreeWidgetItem*> alive;
         for (QTreeWidgetItemIterator it(pane); *it; ++it) { alive.insert(*it); }
         if (!alive.contains(

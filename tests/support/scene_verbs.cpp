@@ -209,8 +209,6 @@ QHash<QString, Scene::Verb> Scene::verbs()
     add("label", [](S& s, P& p, A) { return s.told(p.status_label->text()); });
     add("path",
         [](S& s, P& p, A) { return s.told(QDir::fromNativeSeparators(p.path_edit->text())); });
-    add("selector", [](S&, P& p, A) { return p.drive_combo->currentText(); });
-    add("header", [](S&, P& p, A) { return p.headerItem()->text(ColHash); });
     add("menu", [](S& s, P& p, A) { return s.menu_of(p); });
     add("message", [](S& s, P&, A) { return s.told(s.window->statusBar()->currentMessage()); });
     add("exclusions", [](S&, P& p, A) { return p.exclusions.join(u' '); });

@@ -92,8 +92,7 @@ void TestWindow::speaks_english()
     QVERIFY(scene.named<QAction>(*scene.window, u"Comparer"_s)); // until the next start
     scene.rebuild();
     QCOMPARE(scene.first->headerItem()->text(ColName), u"Name"_s);
-    const QString about = scene.run(u"command About..."_s);
-    QVERIFY(about.startsWith("[About Tavrel] "_L1) && about.contains("/home\">"_L1));
+    QVERIFY(scene.run(u"command About..."_s).contains("/home\">"_L1));
 }
 
 void TestWindow::stays_in_sight_and_its_size()
