@@ -240,6 +240,35 @@ QByteArray encode_checksum_text(const QString& text)
     return QStringEncoder(QStringConverter::System).encode(text);
 }
 
+namespace {
+
+bool write_over(QFile& file, const QByteArray& bytes)
+{
+    return file.seek(0) && file.write(bytes) == bytes.size() && file.flush() &&
+           file.resize(bytes.size());
+}
+
+/// For a file that may be written, in a directory that takes no new one to put in its place. When
+/// that fails, the file gets back what it held.
+bool replace_in_place(const QString& path, const QByteArray& bytes)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
+        return false;
+    }
+    const QByteArray before = file.readAll();
+    if (file.error() != QFileDevice::NoError || before.size() != file.size()) {
+        return false;
+    }
+    if (write_over(file, bytes)) {
+        return true;
+    }
+    write_over(file, before);
+    return false;
+}
+
+} // namespace
+
 bool write_checksum_file(const QString& path, const QString& text, Replace replace)
 {
     const QByteArray bytes = encode_checksum_text(text);
@@ -247,10 +276,12 @@ bool write_checksum_file(const QString& path, const QString& text, Replace repla
         return platform::write_new_file(path, bytes);
     }
     QSaveFile file(path);
-    // A file that may be written stands for itself where its directory takes no new one.
-    file.setDirectWriteFallback(true);
     if (!file.open(QIODevice::WriteOnly)) {
-        return false;
+        return replace_in_place(path, bytes);
+    }
+    // It has the rights of the old file, and none at all when these could not be asked for.
+    if (!file.permissions()) {
+        file.setPermissions(QFileDevice::ReadOwner | QFileDevice::WriteOwner);
     }
     // commit() does not hear of an error that befalls it when it empties the buffer itself.
     if (file.write(bytes) != bytes.size() || !file.flush()) {
