@@ -208,10 +208,8 @@ void ChecksumFileVerifier::report_nothing()
 void ChecksumFileVerifier::report(const ReportLines& errors)
 {
     if (errors.count == 0) {
-        show_report({QMessageBox::Information,
-                     MyTreeWidget::tr("Ok"),
-                     MyTreeWidget::tr("Aucune erreur trouvée !"),
-                     ReportLines(),
+        show_report({QMessageBox::Information, MyTreeWidget::tr("Ok"),
+                     MyTreeWidget::tr("Aucune erreur trouvée !"), ReportLines(),
                      QPixmap(u":/res/ok.png"_s)});
         return;
     }

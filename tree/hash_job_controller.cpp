@@ -62,7 +62,7 @@ void HashJobController::begin()
         return;
     }
     // The job lists what it walks itself; a row expanded meanwhile must not be listed twice.
-    pane_.set_lazy_expansion(false);
+    pane_.expander().set_lazy(false);
     pane_.expander().cancel();
     HashPlanBuilder builder(pane_.algorithm(), pane_.exclusions, pane_.shown_directory());
     recorder_.set_algorithm(pane_.algorithm());
@@ -147,7 +147,7 @@ void HashJobController::finish_hash()
     if (!stop_flagged_) {
         emit pane_.done(count + MyTreeWidget::tr(" en ") + elapsed_text());
     }
-    pane_.set_lazy_expansion(true);
+    pane_.expander().set_lazy(true);
 }
 
 void HashJobController::stop()

@@ -8,6 +8,7 @@
 #include "tree/directory_navigator.h"
 #include "tree/hash_job_controller.h"
 #include "tree/pane_host.h"
+#include "tree/row_deaths.h"
 #include "tree/row_expander.h"
 
 #include <QAction>
@@ -36,8 +37,8 @@ MyTreeWidget::MyTreeWidget(QWidget* parent)
         main_window = lone_host_.get();
     }
     create_actions(this);
-    create_header();
-    track_rows();
+    watch_row_deaths(
+        *this, [this](const auto& dying) { forget_rows(dying); }, [this] { forget_all_rows(); });
     configure_view();
     make_connections();
     // The first drive, unless another directory is opened before anybody can see it.
@@ -54,19 +55,9 @@ MyTreeWidget::~MyTreeWidget()
     model()->disconnect(this);
 }
 
-void MyTreeWidget::create_header()
-{
-    header = new QTreeWidgetItem;
-    header->setText(ColName, tr("Nom"));
-    header->setText(ColSize, tr("Taille"));
-    header->setText(ColPath, QString());
-    header->setText(ColHash, u"MD5"_s);
-    setColumnCount(ColumnCount);
-    setHeaderItem(header);
-}
-
 void MyTreeWidget::configure_view()
 {
+    setHeaderLabels({tr("Nom"), tr("Taille"), QString(), u"MD5"_s});
     setColumnWidth(ColName, 250);
     setColumnWidth(ColSize, 75);
     setColumnWidth(ColHash, 250);
@@ -88,7 +79,7 @@ void MyTreeWidget::make_connections()
     connect(this, &MyTreeWidget::alldone, this, &MyTreeWidget::reactivate_all);
     connect(this, &MyTreeWidget::done, status_label, &QLabel::setText);
     qRegisterMetaType<QItemSelection>("QItemSelection");
-    set_lazy_expansion(true);
+    expander_->set_lazy(true);
     connect(this, &MyTreeWidget::expand_parent, this, &MyTreeWidget::expand_tree);
     qRegisterMetaType<QFileInfo>("QFileInfo");
     connect(this, &MyTreeWidget::icon_req, this, &MyTreeWidget::aff_icon);
@@ -121,36 +112,8 @@ void MyTreeWidget::connect_actions()
     connect(act_autoscroll, &QAction::toggled, this, &MyTreeWidget::set_AutoScroll);
 }
 
-void MyTreeWidget::set_lazy_expansion(bool on)
+void MyTreeWidget::forget_rows(const QSet<QTreeWidgetItem*>& dying)
 {
-    disconnect(this, &QTreeWidget::itemExpanded, this, nullptr);
-    if (on) {
-        connect(this, &QTreeWidget::itemExpanded, this,
-                [this](QTreeWidgetItem* row) { expander_->fill(row); });
-    }
-}
-
-void MyTreeWidget::track_rows()
-{
-    connect(model(), &QAbstractItemModel::rowsAboutToBeRemoved, this, &MyTreeWidget::forget_rows);
-    connect(model(), &QAbstractItemModel::modelAboutToBeReset, this,
-            &MyTreeWidget::forget_all_rows);
-}
-
-void MyTreeWidget::forget_rows(const QModelIndex& parent, int first, int last)
-{
-    QSet<QTreeWidgetItem*> dying;
-    const auto add_with_children = [&](auto&& self, QTreeWidgetItem* row) -> void {
-        dying.insert(row);
-        for (int i = 0; i < row->childCount(); ++i) {
-            self(self, row->child(i));
-        }
-    };
-    for (int r = first; r <= last; ++r) {
-        if (QTreeWidgetItem* row = itemFromIndex(model()->index(r, 0, parent))) {
-            add_with_children(add_with_children, row);
-        }
-    }
     job_items.removeIf([&](QTreeWidgetItem* row) { return dying.contains(row); });
     jobs_->forget(dying);
     check_->forget(dying);

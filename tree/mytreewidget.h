@@ -82,9 +82,8 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     QCryptographicHash::Algorithm algorithm() const { return algo; }
     void set_algorithm(QCryptographicHash::Algorithm algorithm) { algo = algorithm; }
 
-    void set_lazy_expansion(bool on); ///< whether an expanded directory is listed
-    void reset_marks();               ///< empties and whitens the rows that have a checksum
-    void deselect_top_level();        ///< unselects every top-level row
+    void reset_marks();        ///< empties and whitens the rows that have a checksum
+    void deselect_top_level(); ///< unselects every top-level row
     QTreeWidgetItem* select_by_name(const QString& name); ///< answers null without such a row
     void open_and_hash_all(const QString& path);          ///< the files of the top level
 
@@ -150,20 +149,17 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
   private:
     friend class ChecksumFileVerifier; // connects a slot that is nobody else's
 
-    void create_header();
     void configure_view();
     void make_connections();
     void connect_controls();
     void connect_actions();
-    void track_rows();
-    void forget_rows(const QModelIndex& parent, int first, int last);
+    void forget_rows(const QSet<QTreeWidgetItem*>& dying);
     void forget_all_rows();
     void unselect_all();
     void wait_until_listed();
 
     PaneHost* main_window; ///< the window, or the next
     std::unique_ptr<PaneHost> lone_host_;
-    QTreeWidgetItem* header = nullptr;
     QCryptographicHash::Algorithm algo = QCryptographicHash::Md5;
     std::unique_ptr<DigestRecorder> recorder_;
     std::unique_ptr<DirectoryNavigator> navigator_;

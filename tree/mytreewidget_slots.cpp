@@ -117,7 +117,7 @@ void MyTreeWidget::reactivate_all()
 void MyTreeWidget::changeHeaderMD5(bool on)
 {
     if (on) {
-        header->setText(ColHash, u"MD5"_s);
+        headerItem()->setText(ColHash, u"MD5"_s);
         algo = QCryptographicHash::Md5;
     }
 }
@@ -125,7 +125,7 @@ void MyTreeWidget::changeHeaderMD5(bool on)
 void MyTreeWidget::changeHeaderSHA1(bool on)
 {
     if (on) {
-        header->setText(ColHash, u"SHA1"_s);
+        headerItem()->setText(ColHash, u"SHA1"_s);
         algo = QCryptographicHash::Sha1;
     }
 }

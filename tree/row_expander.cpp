@@ -32,6 +32,14 @@ bool can_be_filled(const QTreeWidgetItem* row)
 RowExpander::RowExpander(QTreeWidget& tree) : tree_(tree), inserter_(tree)
 {}
 
+void RowExpander::set_lazy(bool on)
+{
+    disconnect(&tree_, &QTreeWidget::itemExpanded, this, nullptr);
+    if (on) {
+        connect(&tree_, &QTreeWidget::itemExpanded, this, &RowExpander::fill);
+    }
+}
+
 void RowExpander::fill(QTreeWidgetItem* row)
 {
     if (can_be_filled(row) && row->childCount() == 0) {

@@ -20,6 +20,9 @@ class RowExpander final : public QObject
   public:
     explicit RowExpander(QTreeWidget& tree);
 
+    /// Whether a directory is listed when its row is expanded.
+    void set_lazy(bool on);
+
     /// Lists the directory of a row that has no rows below it yet. A short listing is there when
     /// this returns. Nothing for null and for the way up.
     void fill(QTreeWidgetItem* row);
