@@ -163,30 +163,36 @@ END
   rm -rf "$probe"
 }
 
-# A configured folder carries this mark: the place of the project at that time.
+# A configured folder carries this mark: the place of the project at that time and, in a second line,
+# whether warnings are errors.
 mark_of() { echo "$root/build/$1/.configured"; }
 
+# A folder in which warnings are errors will do where they need not be.
 is_configured() {
-  local mark
+  local mark place strict
   mark=$(mark_of "$1")
-  [[ $mark -nt $root/CMakePresets.json && $(<"$mark") == "$root" ]]
+  [[ $mark -nt $root/CMakePresets.json ]] || return
+  { read -r place && read -r strict; } <"$mark" || true
+  [[ $place == "$root" && ($strict == strict || -z ${TAVREL_STRICT-}) ]]
 }
 
 # Configures a preset, once: from then on the build itself sees when a CMakeLists.txt changes. It
 # sees neither that the presets change nor that the project moves, which is why this does.
 configure() {
-  local preset=$1 folder=$root/build/$1 mark fresh=()
+  local preset=$1 folder=$root/build/$1 mark place='' options=()
   is_configured "$preset" && return
 
   say "Configuring ($preset)"
   mkdir -p "$folder"
   mark=$(mark_of "$preset")
-  [[ ! -e $mark || $(<"$mark") == "$root" ]] || fresh=(--fresh)
-  if ! (cd "$root" && cmake --preset "$preset" "${fresh[@]}") >"$folder/configure.log" 2>&1; then
+  [[ ! -e $mark ]] || read -r place <"$mark" || true
+  [[ -z $place || $place == "$root" ]] || options+=(--fresh)
+  [[ -z ${TAVREL_STRICT-} ]] || options+=(-DTAVREL_WARNINGS_AS_ERRORS=ON)
+  if ! (cd "$root" && cmake --preset "$preset" "${options[@]}") >"$folder/configure.log" 2>&1; then
     tail -n 30 "$folder/configure.log" >&2
     fail "CMake could not configure the project, for the reason above (whole log: $folder/configure.log). If the compiler or Qt changed, remove $folder and start again."
   fi
-  echo "$root" >"$mark"
+  printf '%s\n%s\n' "$root" "${TAVREL_STRICT:+strict}" >"$mark"
 }
 
 # Builds the targets named, or everything when none is.
