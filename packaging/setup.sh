@@ -28,9 +28,11 @@ declare -A packages=(
   [bench]='coreutils openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
   [fuzz]='clang llvm libclang-rt-14-dev'
-  [windows]='g++-mingw-w64-x86-64-posix nsis zip xz-utils'
+  [windows]='g++-mingw-w64-x86-64-posix nsis zip xz-utils cmark-gfm qt6-translations-l10n'
   [windows-qt]='dpkg-dev perl python3'
   [wine]='wine wine64'
+  [debian]='debhelper dpkg-dev cmark-gfm'
+  [debian-check]='lintian desktop-file-utils appstream diffutils debootstrap'
 )
 
 # The same groups by their commands, for systems whose packages this file does not know.
@@ -43,9 +45,11 @@ declare -A commands=(
   [bench]='md5sum sha1sum openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
   [fuzz]='clang++'
-  [windows]='x86_64-w64-mingw32-g++-posix makensis zip xz'
+  [windows]='x86_64-w64-mingw32-g++-posix makensis zip xz cmark-gfm'
   [windows-qt]='dpkg-source perl python3'
   [wine]='wine wineserver'
+  [debian]='dh dpkg-buildpackage cmark-gfm'
+  [debian-check]='lintian desktop-file-validate appstreamcli cmp debootstrap'
 )
 
 # Makes sure that everything in the groups named is there; ends the script if it is not.
@@ -206,6 +210,13 @@ build() {
   (($# == 0)) || target_option=(--target "$@")
   (cd "$root" && cmake --build --preset "$preset" --parallel "$(nproc)" "${target_option[@]}") ||
     fail "The build failed: the first error above names file and line. If the sources are unchanged, remove $root/build/$preset and start again."
+}
+
+# Packages carry the time of the commit that they are made of, and not that of their making.
+use_time_of_commit() {
+  local time
+  time=$(git -C "$root" log -1 --format=%ct 2>/dev/null) || return 0
+  export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$time}
 }
 
 # Runs the tests of a preset, without a display. Its last lines and its exit code are ctest's.
