@@ -32,7 +32,8 @@ declare -A packages=(
   [windows-qt]='dpkg-dev perl python3'
   [wine]='wine wine64'
   [debian]='debhelper dpkg-dev cmark-gfm'
-  [debian-check]='lintian desktop-file-utils appstream diffutils debootstrap'
+  [debian-check]='lintian desktop-file-utils appstream binutils'
+  [debian-clean]='debootstrap diffutils'
 )
 
 # The same groups by their commands, for systems whose packages this file does not know.
@@ -49,7 +50,8 @@ declare -A commands=(
   [windows-qt]='dpkg-source perl python3'
   [wine]='wine wineserver'
   [debian]='dh dpkg-buildpackage cmark-gfm'
-  [debian-check]='lintian desktop-file-validate appstreamcli cmp debootstrap'
+  [debian-check]='lintian desktop-file-validate appstreamcli readelf'
+  [debian-clean]='debootstrap diff'
 )
 
 # Makes sure that everything in the groups named is there; ends the script if it is not.
