@@ -2,6 +2,7 @@
 
 #include "engine/product.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -36,6 +37,12 @@ QString user_path()
     return user_folder() + u'/' + local_path();
 }
 
+/// What an installation wishes for a first start. Only the one for Windows brings such a file.
+QString installed_path()
+{
+    return QCoreApplication::applicationDirPath() + u"/first-start.ini"_s;
+}
+
 /// The settings are written into a new file, which then takes the name of the old one.
 bool can_write_here()
 {
@@ -49,7 +56,9 @@ QString settings_path_to_read()
 {
     const bool local =
         can_write_here() || (QFileInfo::exists(local_path()) && !QFileInfo::exists(user_path()));
-    return local ? local_path() : user_path();
+    const QString path = local ? local_path() : user_path();
+    const bool first_start = !QFileInfo::exists(path) && QFileInfo::exists(installed_path());
+    return first_start ? installed_path() : path;
 }
 
 QString settings_path_to_write()

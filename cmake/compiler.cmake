@@ -22,3 +22,28 @@ if(TAVREL_SANITIZE)
     add_compile_options(-fno-sanitize-recover=undefined)
   endif()
 endif()
+
+# A file name from elsewhere is all an attacker may need: what people run is hardened. Not so what
+# is debugged (fortified calls need optimisation) or watched by sanitizers (which replace the same
+# calls by their own). Nor does a program for others carry the folders of whoever built it.
+set(optimised $<CONFIG:Release,RelWithDebInfo,MinSizeRel>)
+if(MSVC)
+  # its linker makes programs for random addresses, without code among their data, by itself
+elseif(NOT TAVREL_SANITIZE)
+  add_compile_options("$<${optimised}:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>")
+  if(WIN32)
+    # The last one keeps the time of the build out of the program.
+    add_link_options("$<${optimised}:LINKER:--dynamicbase,--nxcompat,--high-entropy-va>"
+      "$<${optimised}:LINKER:--no-insert-timestamp>")
+  else()
+    include(CheckPIESupported)
+    check_pie_supported(LANGUAGES CXX)
+    set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+    # Some compilers bring a lower level of their own.
+    add_compile_options("$<${optimised}:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=3>"
+      "$<${optimised}:-fstack-protector-strong;-fstack-clash-protection>")
+    if(NOT APPLE)
+      add_link_options("$<${optimised}:LINKER:-z,relro,-z,now>")
+    endif()
+  endif()
+endif()

@@ -28,9 +28,12 @@ declare -A packages=(
   [bench]='coreutils openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
   [fuzz]='clang llvm libclang-rt-14-dev'
-  [windows]='g++-mingw-w64-x86-64-posix nsis zip xz-utils'
+  [windows]='g++-mingw-w64-x86-64-posix nsis zip xz-utils cmark-gfm qt6-translations-l10n'
   [windows-qt]='dpkg-dev perl python3'
   [wine]='wine wine64'
+  [debian]='debhelper dpkg-dev cmark-gfm'
+  [debian-check]='lintian desktop-file-utils appstream binutils'
+  [debian-clean]='debootstrap diffutils'
 )
 
 # The same groups by their commands, for systems whose packages this file does not know.
@@ -43,9 +46,12 @@ declare -A commands=(
   [bench]='md5sum sha1sum openssl rhash hashdeep'
   [check]='clang-format clang-tidy shellcheck git'
   [fuzz]='clang++'
-  [windows]='x86_64-w64-mingw32-g++-posix makensis zip xz'
+  [windows]='x86_64-w64-mingw32-g++-posix makensis zip xz cmark-gfm'
   [windows-qt]='dpkg-source perl python3'
   [wine]='wine wineserver'
+  [debian]='dh dpkg-buildpackage cmark-gfm'
+  [debian-check]='lintian desktop-file-validate appstreamcli readelf'
+  [debian-clean]='debootstrap diff'
 )
 
 # Makes sure that everything in the groups named is there; ends the script if it is not.
@@ -163,30 +169,36 @@ END
   rm -rf "$probe"
 }
 
-# A configured folder carries this mark: the place of the project at that time.
+# A configured folder carries this mark: the place of the project at that time and, in a second line,
+# whether warnings are errors.
 mark_of() { echo "$root/build/$1/.configured"; }
 
+# A folder in which warnings are errors will do where they need not be.
 is_configured() {
-  local mark
+  local mark place strict
   mark=$(mark_of "$1")
-  [[ $mark -nt $root/CMakePresets.json && $(<"$mark") == "$root" ]]
+  [[ $mark -nt $root/CMakePresets.json ]] || return
+  { read -r place && read -r strict; } <"$mark" || true
+  [[ $place == "$root" && ($strict == strict || -z ${TAVREL_STRICT-}) ]]
 }
 
 # Configures a preset, once: from then on the build itself sees when a CMakeLists.txt changes. It
 # sees neither that the presets change nor that the project moves, which is why this does.
 configure() {
-  local preset=$1 folder=$root/build/$1 mark fresh=()
+  local preset=$1 folder=$root/build/$1 mark place='' options=()
   is_configured "$preset" && return
 
   say "Configuring ($preset)"
   mkdir -p "$folder"
   mark=$(mark_of "$preset")
-  [[ ! -e $mark || $(<"$mark") == "$root" ]] || fresh=(--fresh)
-  if ! (cd "$root" && cmake --preset "$preset" "${fresh[@]}") >"$folder/configure.log" 2>&1; then
+  [[ ! -e $mark ]] || read -r place <"$mark" || true
+  [[ -z $place || $place == "$root" ]] || options+=(--fresh)
+  [[ -z ${TAVREL_STRICT-} ]] || options+=(-DTAVREL_WARNINGS_AS_ERRORS=ON)
+  if ! (cd "$root" && cmake --preset "$preset" "${options[@]}") >"$folder/configure.log" 2>&1; then
     tail -n 30 "$folder/configure.log" >&2
     fail "CMake could not configure the project, for the reason above (whole log: $folder/configure.log). If the compiler or Qt changed, remove $folder and start again."
   fi
-  echo "$root" >"$mark"
+  printf '%s\n%s\n' "$root" "${TAVREL_STRICT:+strict}" >"$mark"
 }
 
 # Builds the targets named, or everything when none is.
@@ -200,6 +212,13 @@ build() {
   (($# == 0)) || target_option=(--target "$@")
   (cd "$root" && cmake --build --preset "$preset" --parallel "$(nproc)" "${target_option[@]}") ||
     fail "The build failed: the first error above names file and line. If the sources are unchanged, remove $root/build/$preset and start again."
+}
+
+# Packages carry the time of the commit that they are made of, and not that of their making.
+use_time_of_commit() {
+  local time
+  time=$(git -C "$root" log -1 --format=%ct 2>/dev/null) || return 0
+  export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$time}
 }
 
 # Runs the tests of a preset, without a display. Its last lines and its exit code are ctest's.

@@ -182,8 +182,10 @@ bool is_installed(const QString& program_path)
                                                     u"applications/tavrel.desktop"_s);
     entries.removeAll(desktop_entry_path());
     return std::any_of(entries.begin(), entries.end(), [&](const QString& entry) {
+        // What it tries is the program itself; what it executes may be something that starts it.
+        const QString tried = QString::fromUtf8(value_in(entry, "TryExec="));
         const QString exec = QString::fromUtf8(value_in(entry, "Exec="));
-        const QString command = QProcess::splitCommand(exec).value(0);
+        const QString command = tried.isEmpty() ? QProcess::splitCommand(exec).value(0) : tried;
         const QString program = QStandardPaths::findExecutable(command);
         return !program.isEmpty() && QFileInfo(program) == QFileInfo(program_path);
     });

@@ -35,7 +35,13 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 !define MUI_ICON "${ICON}"
 !define MUI_UNICON "${ICON}"
 !define MUI_COMPONENTSPAGE_SMALLDESC
-!define MUI_FINISHPAGE_RUN "${PROGRAM}"
+!define MUI_FINISHPAGE_RUN
+!define MUI_FINISHPAGE_RUN_FUNCTION run_as_user
+; Asked for every time: it becomes that of the program's first start.
+!define MUI_LANGDLL_ALWAYSSHOW
+!define MUI_LANGDLL_REGISTRY_ROOT HKLM
+!define MUI_LANGDLL_REGISTRY_KEY "${UNINSTALL_KEY}"
+!define MUI_LANGDLL_REGISTRY_VALUENAME "Language"
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_COMPONENTS
 !insertmacro MUI_PAGE_INSTFILES
@@ -46,7 +52,10 @@ VIAddVersionKey "ProductVersion" "${VERSION}"
 ; The first is for systems in any other language.
 !insertmacro MUI_LANGUAGE "English"
 !insertmacro MUI_LANGUAGE "French"
+!insertmacro MUI_RESERVEFILE_LANGDLL
 
+LangString language_code ${LANG_ENGLISH} "en"
+LangString language_code ${LANG_FRENCH} "fr"
 LangString is_running ${LANG_ENGLISH} "Tavrel is running. Please close it."
 LangString is_running ${LANG_FRENCH} "Tavrel est en cours d'utilisation. Veuillez le fermer."
 LangString association ${LANG_ENGLISH} "Open .md5 and .sha1 files"
@@ -95,9 +104,15 @@ LangString open_verb ${LANG_FRENCH} "&Vérifier le checksum..."
   ${EndIf}
 !macroend
 
+; The file manager runs with the rights of the user, which the installer no longer has.
+Function run_as_user
+  Exec '"$WINDIR\explorer.exe" "$SMPROGRAMS\Tavrel.lnk"'
+FunctionEnd
+
 Function un.onInit
   SetRegView 64
   SetShellVarContext all
+  !insertmacro MUI_UNGETLANGUAGE
 FunctionEnd
 
 Section "Tavrel" section_program
@@ -106,7 +121,12 @@ Section "Tavrel" section_program
   SetOutPath "$INSTDIR"
   File /r "${FILES}\*"
   WriteUninstaller "$INSTDIR\uninstall.exe"
+  ; What there are no settings yet for, the program takes from here.
+  WriteINIStr "$INSTDIR\first-start.ini" "MainWindow" "lang" "$(language_code)"
+  ; It keeps its settings in the folder that it is started in: the one of whoever starts it.
+  StrCpy $OUTDIR "%USERPROFILE%"
   CreateShortCut "$SMPROGRAMS\Tavrel.lnk" "${PROGRAM}"
+  StrCpy $OUTDIR "$INSTDIR"
 
   WriteRegStr HKLM "${UNINSTALL_KEY}" "DisplayName" "Tavrel"
   WriteRegStr HKLM "${UNINSTALL_KEY}" "DisplayVersion" "${VERSION}"
@@ -145,8 +165,18 @@ Function .onInit
   ${AndIf} $INSTDIR == "$PROGRAMFILES64\Tavrel"
     StrCpy $INSTDIR $0
   ${EndIf}
-  ; for installations without questions: setup.exe /S /ASSOCIATE
+  ; for installations without questions: setup.exe /S /ASSOCIATE /LANGUAGE=fr
   ${GetParameters} $0
+  ClearErrors
+  ${GetOptions} $0 "/LANGUAGE=" $1
+  ${If} ${Errors}
+    !insertmacro MUI_LANGDLL_DISPLAY
+  ${ElseIf} $1 == "fr"
+    StrCpy $LANGUAGE ${LANG_FRENCH}
+  ${Else}
+    StrCpy $LANGUAGE ${LANG_ENGLISH}
+  ${EndIf}
+  ClearErrors
   ${GetOptions} $0 "/ASSOCIATE" $1
   ${IfNot} ${Errors}
     SectionSetFlags ${section_association} ${SF_SELECTED}
@@ -175,6 +205,7 @@ Section "Uninstall"
   !include "${REMOVE}"
   ; what the program keeps beside itself when it was started from there with the right to write
   Delete "$INSTDIR\Tavrel.ini"
+  Delete "$INSTDIR\first-start.ini"
   Delete "$INSTDIR\uninstall.exe"
   SetOutPath "$TEMP"
   RMDir "$INSTDIR"
