@@ -7,7 +7,6 @@
 #include <QCryptographicHash>
 #include <QFileInfo>
 #include <QFutureWatcher>
-#include <QStringList>
 #include <QTreeWidget>
 
 #include <memory>
@@ -36,7 +35,6 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
   public:
     /// `parent` is the window, a PaneHost; a pane with another parent, or none, works by itself.
     explicit MyTreeWidget(QWidget* parent);
-
     /// Running jobs are asked to stop and not waited for.
     ~MyTreeWidget() override;
 
@@ -56,7 +54,6 @@ class MyTreeWidget : public QTreeWidget, public PaneControls, public PaneActions
     HashJobController& jobs() { return *jobs_; }
 
     void PopulateView(); ///< lists the current directory
-
     /// What changeModel(), Reset() and update_view() do, for callers who do not wait.
     void open_directory(const QString& path);
     void list_anew();
