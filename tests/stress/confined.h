@@ -35,10 +35,10 @@ class Confined final
     /// Whether a path, with all its links, leads to something in the place.
     bool holds(const QString& path) const
     {
-        const QFileInfo info(path);
-        const QString real = info.exists() ? info.canonicalFilePath()
-                                           : QFileInfo(info.path()).canonicalFilePath() + u'/';
-        return real.startsWith(QFileInfo(place_.path()).canonicalFilePath() + u'/');
+        const QString real = QFileInfo(path).canonicalFilePath();
+        const QString above = QFileInfo(QFileInfo(path).path()).canonicalFilePath() + u'/';
+        const QString place = QFileInfo(place_.path()).canonicalFilePath() + u'/';
+        return (real.isEmpty() ? above : real).startsWith(place);
     }
 
   private:

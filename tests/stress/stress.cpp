@@ -21,7 +21,8 @@ namespace {
 /// How often a line comes, and the line. One of the words that "|" parts is taken; S is a row of
 /// the pane, A a command of it, W one of the window.
 constexpr const char* const templates[] = {
-    "9 command \"Comparer Tout\"",
+    "9 tool \"Comparer Tout\"",
+    "5 tool W",
     "5 command W",
     "6 radio MD5|SHA1",
     "9 type L l|l/d",
@@ -171,6 +172,12 @@ class User : public QObject
                 return;
             }
             scene_.run(info.exists() && !info.isWritable() ? u"rm %1&"_s.arg(file) : line + u'&');
+        } else if (what == "tool"_L1) {
+            auto* action = scene_.named<QAction>(*scene_.window, words[1]);
+            if (QWidget* on = scene_.window->findChild<QToolBar*>()->widgetForAction(action)) {
+                QTest::mouseMove(on);
+                QTest::mouseClick(on, Qt::LeftButton);
+            }
         } else if (what == "menu"_L1) {
             QTreeWidgetItem* row = find_row(own, words[2]);
             const QPoint at = row ? own.visualItemRect(row).center() : QPoint(5, 5);

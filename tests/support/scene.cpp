@@ -8,6 +8,7 @@ using namespace Qt::StringLiterals;
 Scene::Scene()
 {
     QDir::setCurrent(working_dir.path());
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(working_dir.path()));
     working_dir.createDir(u"l"_s);
     working_dir.createDir(u"r"_s);
     rebuild();
