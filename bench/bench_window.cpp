@@ -1,7 +1,7 @@
 #include "bench/bench_window.h"
 
-#include "tree/mytreewidget.h"
 #include "rows/pane_row.h"
+#include "tree/mytreewidget.h"
 
 #include <QApplication>
 #include <QEventLoop>

@@ -1,7 +1,6 @@
 // Shows the real windows at work on sample directories and leaves pictures of them.
 
 #include "app/nofocusproxystyle.h"
-#include "engine/product.h"
 #include "app/settings_file.h"
 #include "app/toolkit_texts.h"
 #include "demo/demo_window.h"
@@ -9,6 +8,7 @@
 #include "demo/pictures.h"
 #include "demo/sample_directories.h"
 #include "dialogs/fenres.h"
+#include "engine/product.h"
 
 #include <QApplication>
 #include <QCommandLineParser>

@@ -7,8 +7,8 @@
 #include "dialogs/fencheck.h"
 #include "dialogs/fenopt.h"
 #include "dialogs/fenres.h"
-#include "tree/mytreewidget.h"
 #include "rows/pane_row.h"
+#include "tree/mytreewidget.h"
 
 #include <QContextMenuEvent>
 #include <QLineEdit>
