@@ -5,6 +5,7 @@
 #include "bench/heartbeat.h"
 #include "bench/lines.h"
 #include "bench/peers.h"
+#include "engine/listing.h"
 #include "tree/mytreewidget.h"
 
 #include <QCoreApplication>

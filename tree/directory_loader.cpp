@@ -48,7 +48,7 @@ struct DirectoryLoader::Exchange
     };
 
     template<class T>
-    void put(std::optional<T>& into, T&& news)
+    void put(std::optional<T>& into, T news)
     {
         const QMutexLocker lock(&mutex);
         into = std::move(news);

@@ -9,8 +9,6 @@
 #include <QtTest>
 #include <QtWidgets>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 QString output_of(const QString& command, const QStringList& arguments)

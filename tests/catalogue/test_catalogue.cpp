@@ -6,8 +6,6 @@
 #include <QtTest>
 #include <QtWidgets>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// The messages of a catalogue's source, "context|message" to the translation.

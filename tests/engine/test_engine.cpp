@@ -4,7 +4,6 @@
 #include "engine/duration_text.h"
 #include "engine/exclusions.h"
 #include "engine/file_hasher.h"
-#include "engine/job_run.h"
 #include "engine/listing.h"
 #include "engine/pairing.h"
 #include "rows/size_text.h"
@@ -12,9 +11,6 @@
 
 #include <QtTest>
 #include <numeric>
-
-using namespace Qt::StringLiterals;
-using engine::Mark;
 
 namespace {
 
@@ -49,7 +45,7 @@ QList<engine::PairingItem> items(const QString& texts)
 QString letters(const engine::PairingResult& marks)
 {
     QString text;
-    for (const Mark mark : marks.first + marks.second) {
+    for (const engine::Mark mark : marks.first + marks.second) {
         text += QLatin1String("-idnc")[static_cast<int>(mark)];
     }
     return text.insert(marks.first.size(), u'|');
@@ -95,7 +91,6 @@ class TestEngine : public QObject
     void pairing();
     void checksum_files_are_read();
     void checksum_files_are_written_whole();
-    void deleted_run_is_silent();
 };
 
 void TestEngine::texts_and_exclusions()
@@ -181,7 +176,7 @@ void TestEngine::pairing()
     QRandomGenerator random(11);
     const auto random_items = [&] {
         QString text;
-        for (quint32 i = random.bounded(12); i > 0; --i) {
+        for (int i = random.bounded(12); i > 0; --i) {
             text += u"%1=%2 "_s.arg(QLatin1String("abc")[random.bounded(3)])
                         .arg(QStringList{u""_s, u"x"_s, u"X"_s, u"y"_s, u"~"_s}[random.bounded(5)]);
         }
@@ -246,23 +241,6 @@ void TestEngine::checksum_files_are_written_whole()
         QCOMPARE(dir.entries(), u"dir, new, old"_s);
     }
     QCOMPARE(dir.read(u"new"_s), u"é\n"_s.toLocal8Bit());
-}
-
-// One that is deleted says nothing more, and nobody waits for it.
-void TestEngine::deleted_run_is_silent()
-{
-    TestDir dir;
-    engine::HashPlan plan;
-    plan.steps.push_back({engine::HashStep::Kind::File, 0, dir.createFile(u"file"_s)});
-    bool reached = false;
-    auto run = std::make_unique<engine::JobRun>(engine::JobRun::Handler{
-        [&](engine::JobMessage&) { reached = true; }, [&] { reached = true; }});
-    run->start(plan, false);
-    const QFuture<void> future = run->future();
-    run.reset();
-    QVERIFY(QThreadPool::globalInstance()->waitForDone(60000));
-    QCoreApplication::processEvents();
-    QVERIFY(!reached && future.isFinished());
 }
 
 QTEST_GUILESS_MAIN(TestEngine)

@@ -8,8 +8,6 @@
 
 #include <cerrno>
 
-using namespace Qt::StringLiterals;
-
 extern "C" int fail_call(const char* directory, int number, int error);
 extern "C" const char* failed_call;
 

@@ -9,8 +9,6 @@
 
 #include <map>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Ends the program when a property does not hold; libFuzzer keeps the input.

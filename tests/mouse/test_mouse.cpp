@@ -5,8 +5,6 @@
 #include "dialogs/fenres.h"
 #include "tests/support/scene.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 class Source : public QWidget
@@ -84,8 +82,8 @@ class Person : public Scene
         if (kind == "pane"_L1) { return {rows, rows->rect()}; }
         if (kind == "row"_L1) { return {rows, first->visualItemRect(find_row(*first, name))}; }
         if (kind == "button"_L1) {
-            auto* action = named<QAction>(*window, name);
-            auto* button = window->findChild<QToolBar*>()->widgetForAction(action);
+            auto* tools = window->findChild<QToolBar*>();
+            auto* button = tools->widgetForAction(named<QAction>(*window, name));
             return {button, button->rect()};
         }
         if (kind == "tick"_L1 && dialog && dialog->isActiveWindow()) {

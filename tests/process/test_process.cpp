@@ -9,8 +9,6 @@
 
 #include <malloc.h>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 // What a person calls "at once" is a second; a machine with other work to do is given more.

@@ -5,8 +5,6 @@
 
 #include "tests/support/scene.h"
 
-using namespace Qt::StringLiterals;
-
 class TestScenarios : public QObject
 {
     Q_OBJECT

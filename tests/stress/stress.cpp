@@ -1,17 +1,11 @@
-// Random use of the main window: scenario lines, written by chance and played without waiting, and
-// what no line can say: keys, the mouse on the tool bar, menus, dialogs.
-//
-//     SEED=1 STEPS=1500 stress
-//
-// Files whose names begin with "s" never change, so whatever is said of them can be judged at any
-// time. A finding comes with the last lines, most of which can be played again as a scenario.
+// Random use of the main window (SEED=1 STEPS=1500 stress): scenario lines, written by chance and
+// played without waiting, and what no line can say: the mouse on the tool bar, menus, dialogs.
+// Files whose names begin with "s" never change, so what is said of them can be judged at any time.
 
 #include "tests/stress/confined.h"
 #include "tests/support/scene.h"
 
 #include <cstdio>
-
-using namespace Qt::StringLiterals;
 
 // Present when the program is built with a sanitizer.
 extern "C" __attribute__((weak)) void __sanitizer_set_death_callback(void (*callback)());

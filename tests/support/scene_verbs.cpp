@@ -3,8 +3,6 @@
 #include "dialogs/fenres.h"
 #include "tests/support/scene.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 using A = const QStringList&;

@@ -2,6 +2,8 @@
 
 #include <QtCore>
 
+using namespace Qt::StringLiterals;
+
 /// A temporary directory in which a test lays out its files. Names are paths below it.
 class TestDir : public QTemporaryDir
 {
@@ -48,7 +50,7 @@ class TestDir : public QTemporaryDir
     QString entries(const QString& name = {}) const
     {
         const QDir::Filters all = QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot;
-        return QDir(filePath(name)).entryList(all, QDir::Name).join(QStringLiteral(", "));
+        return QDir(filePath(name)).entryList(all, QDir::Name).join(u", "_s);
     }
 
     /// Files that stay open until the directory goes.

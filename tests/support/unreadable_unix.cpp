@@ -1,7 +1,5 @@
 #include "tests/support/test_dir.h"
 
-using namespace Qt::StringLiterals;
-
 void make_unreadable(TestDir& dir, const QString& name)
 {
     QFile file(dir.createFile(name, "secret"));

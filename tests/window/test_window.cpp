@@ -4,8 +4,6 @@
 #include "dialogs/fencheck.h"
 #include "tests/support/scene.h"
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
 /// Text, shortcut and status tip of each action, "|" for separators.
@@ -137,7 +135,7 @@ void TestWindow::can_be_read_by_everyone()
         row->set_mark(mark);
         QCOMPARE(row->foreground(ColName).color(), QColor(Qt::black));
         QCOMPARE(row->background(ColPath), QBrush());
-        const QFont font = row->data(ColName, Qt::FontRole).value<QFont>();
+        const auto font = row->data(ColName, Qt::FontRole).value<QFont>();
         QVERIFY(font.bold() == bold && font.italic() == italic);
     }
     scene.first->doItemsLayout();

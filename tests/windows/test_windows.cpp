@@ -5,8 +5,6 @@
 
 #include "tests/support/scene.h"
 
-using namespace Qt::StringLiterals;
-
 class TestWindows : public QObject
 {
     Q_OBJECT
@@ -56,9 +54,9 @@ void TestWindows::shortcuts_are_files()
     Scene scene;
     scene.run(u"put l/target l/dir/"_s);
     const QString below = scene.working_dir.at(u"l/"_s);
-    QVERIFY(QFile::link(below + u"target"_s, below + u"a.lnk"_s));
-    QVERIFY(QFile::link(below + u"dir"_s, below + u"b.lnk"_s));
-    QVERIFY(QFile::link(below + u"gone"_s, below + u"c.lnk"_s));
+    for (const QString& pair : {u"target a"_s, u"dir b"_s, u"gone c"_s}) {
+        QVERIFY(QFile::link(below + pair.chopped(2), below + pair.last(1) + u".lnk"_s));
+    }
     const QString rows = scene.run(u"lay ; call L HashAll ; see L"_s);
     QVERIFY(rows.startsWith(u".. dir/ a.lnk=md5,yellow b.lnk=md5,yellow c.lnk=md5"_s));
 }
