@@ -125,7 +125,8 @@ void TestAssociation::desktop_opens_checksum_files_only()
     // A program that the system has installed needs no second entry, and lists that people keep
     // elsewhere, with a link in their place, stay as they are but for the types of ours.
     const QString self = QCoreApplication::applicationFilePath();
-    home->createFile(u"applications/tavrel.desktop"_s, entry + self.toUtf8() + " %F\n");
+    home->createFile(u"applications/tavrel.desktop"_s,
+                     entry + "/opt/open %F\nTryExec=" + self.toUtf8() + '\n');
     const QByteArray before = "# mine\n\n[Added Associations]\nimage/png=a.desktop;b.desktop\n\n"
                               "[Default Applications]\nimage/png=a.desktop\n"
                               "text/x-md5sum=x.desktop;y.desktop;\n# text/x-sha1sum=x\n"

@@ -185,7 +185,7 @@ QString Scene::run(const QString& line)
     if (&pane == second || words.value(0) == "L"_L1) { words.removeFirst(); }
     if (!all.contains(name)) { return u"no such command"_s; }
     const QString answer = all[name](*this, pane, words);
-    static const QStringList looks = {u"hold"_s, u"see"_s, u"label"_s, u"path"_s};
+    static const QStringList looks = {u"hold"_s, u"see"_s, u"label"_s, u"path"_s, u"overview"_s};
     if (waits && !looks.contains(name) && !wait_idle()) { return u"does not come to rest"_s; }
     steps_ = waits && name != "with"_L1 ? QStringList() : steps_;
     const QStringList seen = waits ? std::exchange(seen_, {}) : QStringList();

@@ -209,6 +209,16 @@ QHash<QString, Scene::Verb> Scene::verbs()
         [](S& s, P& p, A) { return s.told(QDir::fromNativeSeparators(p.path_edit->text())); });
     add("menu", [](S& s, P& p, A) { return s.menu_of(p); });
     add("message", [](S& s, P&, A) { return s.told(s.window->statusBar()->currentMessage()); });
+    add("overview", [](S& s, P&, A a) { // the end of the status bar; a number presses a count
+        const auto counts = s.window->statusBar()->findChildren<QPushButton*>();
+        a.isEmpty() ? void() : counts[a[0].toInt()]->click();
+        QStringList texts;
+        for (auto* label : s.window->statusBar()->findChildren<QLabel*>()) {
+            texts << label->text();
+        }
+        for (auto* count : counts) { texts << (count->isHidden() ? u""_s : count->text()); }
+        return texts.join(u' ').replace(QChar::Nbsp, u' ').simplified();
+    });
     add("exclusions", [](S&, P& p, A) { return p.exclusions.join(u' '); });
     add("copy", [](S& s, P& p, A a) {
         s.window->show();

@@ -1,4 +1,4 @@
-// The window as a whole: what it is made of, its languages, its place, and who can read it.
+// The window as a whole: what it is made of, its place, and who can read it.
 
 #include "app/screen_fit.h"
 #include "dialogs/fencheck.h"
@@ -31,7 +31,6 @@ class TestWindow : public QObject
 
   private slots:
     void is_made_as_described();
-    void speaks_english();
     void stays_in_sight_and_its_size();
     void can_be_read_by_everyone();
     void tab_follows_the_layout();
@@ -77,20 +76,6 @@ void TestWindow::is_made_as_described()
         "AutoScroll//Désactivez pour gagner en rapidité lorsque le répertoire contient plei"
         "ns de (+ de 2500) petits fichiers.");
     QCOMPARE(all.chopped(3), golden);
-}
-
-void TestWindow::speaks_english()
-{
-    Scene scene;
-    QTranslator translator;
-    scene.window->translator = &translator;
-    scene.run(u"with \"press No\""_s);
-    const QString question = scene.run(u"lang en"_s);
-    QVERIFY(question.startsWith("[Restart] "_L1) && question.endsWith("restart now ?"_L1));
-    QVERIFY(scene.named<QAction>(*scene.window, u"Comparer"_s)); // until the next start
-    scene.rebuild();
-    QCOMPARE(scene.first->headerItem()->text(ColName), u"Name"_s);
-    QVERIFY(scene.run(u"command About..."_s).contains("/home\">"_L1));
 }
 
 void TestWindow::stays_in_sight_and_its_size()
