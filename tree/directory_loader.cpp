@@ -3,11 +3,11 @@
 #include "platform/volumes.h"
 #include "tree/background.h"
 
-#include <QMutex>
-#include <QMutexLocker>
 #include <QPointer>
-#include <QWaitCondition>
 
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
 #include <optional>
 #include <utility>
 
@@ -50,17 +50,17 @@ struct DirectoryLoader::Exchange
     template<class T>
     void put(std::optional<T>& into, T news)
     {
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard lock(mutex);
         into = std::move(news);
-        came.wakeAll();
+        came.notify_all();
         if (receiver) {
             QMetaObject::invokeMethod(receiver, &DirectoryLoader::deliver, Qt::QueuedConnection);
         }
     }
 
     std::stop_source stop;
-    QMutex mutex; ///< guards what follows
-    QWaitCondition came;
+    std::mutex mutex; ///< guards what follows
+    std::condition_variable came;
     DirectoryLoader* receiver = nullptr;
     std::optional<Resolved> resolved;
     std::optional<QList<engine::Entry>> entries;
@@ -76,7 +76,7 @@ DirectoryLoader::DirectoryLoader(const DirectoryRequest& request)
 DirectoryLoader::~DirectoryLoader()
 {
     exchange_->stop.request_stop();
-    const QMutexLocker lock(&exchange_->mutex);
+    const std::lock_guard lock(exchange_->mutex);
     exchange_->receiver = nullptr;
 }
 
@@ -93,10 +93,9 @@ void DirectoryLoader::load(const DirectoryRequest& request,
 void DirectoryLoader::wait(int milliseconds)
 {
     {
-        const QDeadlineTimer deadline(milliseconds);
-        const QMutexLocker lock(&exchange_->mutex);
-        while (!exchange_->entries && exchange_->came.wait(&exchange_->mutex, deadline)) {
-        }
+        std::unique_lock lock(exchange_->mutex);
+        exchange_->came.wait_for(lock, std::chrono::milliseconds(milliseconds),
+                                 [this] { return exchange_->entries.has_value(); });
     }
     deliver();
 }
@@ -106,7 +105,7 @@ void DirectoryLoader::deliver()
     std::optional<Exchange::Resolved> resolved_now;
     std::optional<QList<engine::Entry>> entries_now;
     {
-        const QMutexLocker lock(&exchange_->mutex);
+        const std::lock_guard lock(exchange_->mutex);
         if (!exchange_->receiver) {
             return;
         }
@@ -127,7 +126,7 @@ void DirectoryLoader::abandon()
     disconnect();
     exchange_->stop.request_stop();
     {
-        const QMutexLocker lock(&exchange_->mutex);
+        const std::lock_guard lock(exchange_->mutex);
         exchange_->receiver = nullptr;
     }
     deleteLater();
