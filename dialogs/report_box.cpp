@@ -91,11 +91,12 @@ void add_line_view(QMessageBox& box, const ReportLines& lines)
 }
 
 /// Whether the box would be taller than half of its screen, the wrapped ends of long lines counted.
+/// A message box wraps no line below 500 pixels, however small the screen.
 bool is_too_tall(const QMessageBox& box)
 {
     const QSize half = box.screen()->availableGeometry().size() / 2;
     const QSize hint = box.sizeHint();
-    return hint.height() * (1 + hint.width() / std::max(1, half.width())) > half.height();
+    return hint.height() * (1 + hint.width() / std::max(500, half.width())) > half.height();
 }
 
 } // namespace
