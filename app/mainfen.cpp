@@ -1,6 +1,7 @@
 #include "app/mainfen.h"
 
 #include "app/message_keeper.h"
+#include "app/pair_marker.h"
 #include "app/pane_access.h"
 #include "app/run_overview.h"
 #include "dialogs/cut_text_tips.h"
@@ -44,6 +45,7 @@ MainFen::MainFen()
     QStringList arguments = path_arguments();
     tree1 = new MyTreeWidget(this);
     tree2 = new MyTreeWidget(this);
+    pair_marker = std::make_unique<PairMarker>(*tree1, *tree2);
     createActions();
     createMenus();
     createToolBars();

@@ -12,9 +12,12 @@
 #include <QToolBar>
 #include <QTreeWidgetItem>
 
+#include <memory>
+
 class FenOpt;
 class MessageKeeper;
 class MyTreeWidget;
+class PairMarker;
 class RunOverview;
 class QTranslator;
 
@@ -43,6 +46,9 @@ class MainFen : public QMainWindow, public PaneHost
     void show_status(const QString& text) override;
     bool is_hashing() const override;
     void pane_released() override;
+
+    /// Whether the panes have hashed, and their rows are still being marked.
+    bool is_marking() const;
 
     MyTreeWidget* first_pane() const { return tree1; }
     MyTreeWidget* second_pane() const { return tree2; }
@@ -92,7 +98,7 @@ class MainFen : public QMainWindow, public PaneHost
     void start_comparing_selection();
     void start_comparing_all();
     bool consume_stop();
-    void mark_pairs();
+    void tell_verdict();
 
     // mainfen_exclusions.cpp
     QString suffix_of_sender(QAction* MyTreeWidget::*action) const;
@@ -106,6 +112,7 @@ class MainFen : public QMainWindow, public PaneHost
     bool run_judged = true;         ///< no job has started since the last verdict
     bool compare_postponed = false; ///< a pane was still at work when its end was told
     MessageKeeper* message_keeper = nullptr;
+    std::unique_ptr<PairMarker> pair_marker;
     QSplitter* splitter = nullptr;
     RunOverview* overview = nullptr; ///< in the status bar
 

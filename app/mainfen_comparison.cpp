@@ -2,9 +2,9 @@
 
 #include "app/mainfen.h"
 #include "app/message_keeper.h"
+#include "app/pair_marker.h"
 #include "dialogs/fenres.h"
 #include "engine/duration_text.h"
-#include "engine/pairing.h"
 #include "rows/pane_row.h"
 #include "rows/selection.h"
 #include "tree/directory_navigator.h"
@@ -15,29 +15,6 @@
 #include <QStatusBar>
 
 namespace {
-
-QList<engine::PairingItem> pairing_items(const MyTreeWidget& pane)
-{
-    QList<engine::PairingItem> items;
-    items.reserve(pane.job_items.size());
-    for (const QTreeWidgetItem* row : pane.job_items) {
-        const auto& pane_row = static_cast<const PaneRow&>(*row);
-        items.append(
-            {pane_row.name(), pane_row.checksum(), pane_row.mark() == engine::Mark::Cleared});
-    }
-    return items;
-}
-
-void set_marks(MyTreeWidget& pane, const QList<engine::Mark>& marks)
-{
-    for (qsizetype i = 0; i < marks.size(); ++i) {
-        // A row that is left unmarked keeps the look it had.
-        if (marks[i] != engine::Mark::None) {
-            static_cast<PaneRow*>(pane.job_items[i])->set_mark(marks[i]);
-        }
-    }
-    pane.viewport()->update();
-}
 
 QStringList names_of(const QList<QTreeWidgetItem*>& rows)
 {
@@ -68,6 +45,7 @@ QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QStringList& n
 
 void MainFen::reinitialiser_lancer()
 {
+    pair_marker->finish();
     timer.start();
     if (sender() == act_compare_all) {
         start_comparing_all();
@@ -115,7 +93,16 @@ void MainFen::compare()
         return;
     }
     run_judged = true;
-    mark_pairs();
+    pair_marker->start([this] { tell_verdict(); });
+}
+
+bool MainFen::is_marking() const
+{
+    return pair_marker->is_busy();
+}
+
+void MainFen::tell_verdict()
+{
     if (timer.isValid()) {
         message_keeper->show(tr("Temps total : ") + format_time(timer.elapsed()), 2000);
     }
@@ -134,14 +121,6 @@ bool MainFen::consume_stop()
         }
     }
     return false;
-}
-
-void MainFen::mark_pairs()
-{
-    const engine::PairingResult marks =
-        engine::pair_by_name(pairing_items(*tree1), pairing_items(*tree2));
-    set_marks(*tree1, marks.first);
-    set_marks(*tree2, marks.second);
 }
 
 // The dialog opens on every other run.

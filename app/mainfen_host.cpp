@@ -1,6 +1,7 @@
 // What the window does for its panes.
 
 #include "app/mainfen.h"
+#include "app/pair_marker.h"
 #include "dialogs/fencheck.h"
 #include "tree/mytreewidget.h"
 
@@ -43,12 +44,14 @@ void MainFen::release_algorithm()
 
 void MainFen::restart_timer()
 {
+    pair_marker->finish();
     timer.start();
     run_judged = false;
 }
 
 void MainFen::show_status(const QString& text)
 {
+    pair_marker->finish(); // whose message was to be seen first
     statusBar()->showMessage(text);
 }
 

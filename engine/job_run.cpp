@@ -16,7 +16,7 @@ namespace {
 constexpr int slowest_pace_ms = 16;
 
 // The longest stretch of messages before other events have their turn.
-constexpr int slice_ms = 10;
+constexpr int slice_ms = 6;
 
 } // namespace
 

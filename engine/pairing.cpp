@@ -1,7 +1,5 @@
 #include "engine/pairing.h"
 
-#include <QHash>
-
 #include <utility>
 
 namespace engine {
@@ -13,73 +11,111 @@ bool same_checksum(const QString& a, const QString& b)
     return a == b || a.toLower() == b.toLower();
 }
 
-/// For each name, the items of a list that have it, handed out in list order.
-class NameIndex
-{
-  public:
-    explicit NameIndex(const QList<PairingItem>& items) : next_(items.size(), end)
-    {
-        first_.reserve(items.size());
-        // From the back, so that every chain runs forward.
-        for (qsizetype i = items.size() - 1; i >= 0; --i) {
-            next_[i] = std::exchange(first_[items[i].name].item, i);
-        }
-    }
-
-    /// The first item of that name not yet taken, or -1.
-    qsizetype take(const QString& name)
-    {
-        const auto found = first_.find(name);
-        if (found == first_.end() || found->item == end) {
-            return end;
-        }
-        return std::exchange(found->item, next_[found->item]);
-    }
-
-  private:
-    static constexpr qsizetype end = -1;
-
-    struct Head
-    {
-        qsizetype item = end;
-    };
-
-    QHash<QString, Head> first_;
-    QList<qsizetype> next_;
-};
-
 } // namespace
 
-PairingResult pair_by_name(const QList<PairingItem>& first, const QList<PairingItem>& second)
-{
-    PairingResult result{QList<Mark>(first.size(), Mark::None),
-                         QList<Mark>(second.size(), Mark::None)};
-    QList<bool> taken(second.size(), false);
-    NameIndex index(second);
+Pairing::Pairing(Items first, Items second)
+    : first_(std::move(first)), second_(std::move(second)),
+      result_{QList<Mark>(first_.count, Mark::None), QList<Mark>(second_.count, Mark::None)}
+{}
 
-    for (qsizetype a = 0; a < first.size(); ++a) {
-        const qsizetype b = index.take(first[a].name);
-        if (b < 0) {
-            result.first[a] = first[a].checksum.isEmpty() ? Mark::None : Mark::NoPartner;
-            continue;
-        }
-        taken[b] = true;
-        if (first[a].checksum.isEmpty() && second[b].checksum.isEmpty() &&
-            (first[a].cleared || second[b].cleared)) {
-            continue;
-        }
-        if (same_checksum(first[a].checksum, second[b].checksum)) {
-            result.first[a] = result.second[b] = Mark::Identical;
-        } else if (!second[b].checksum.isEmpty()) {
-            result.first[a] = result.second[b] = Mark::Different;
+bool Pairing::advance(qsizetype items)
+{
+    for (; items > 0 && phase_ != Phase::Done; --items) {
+        step();
+    }
+    return phase_ == Phase::Done;
+}
+
+void Pairing::step()
+{
+    switch (phase_) {
+    case Phase::SameOrder:
+        return pair_in_same_order();
+    case Phase::Index:
+        return index_one();
+    case Phase::Search:
+        return search_one();
+    case Phase::Rest:
+        return mark_rest();
+    case Phase::Done:
+        return;
+    }
+}
+
+// As long as every item before has taken its counterpart, the next one of the second list is the
+// first that is left, of whatever name.
+void Pairing::pair_in_same_order()
+{
+    if (paired_ < first_.count && paired_ < second_.count) {
+        const PairingItem first = first_.at(paired_);
+        if (first.name == second_.at(paired_).name) {
+            judge(paired_, first, paired_);
+            ++paired_;
+            return;
         }
     }
-    for (qsizetype b = 0; b < second.size(); ++b) {
-        if (!taken[b] && !second[b].checksum.isEmpty()) {
-            result.second[b] = Mark::NoPartner;
-        }
+    first_of_name_.reserve(second_.count - paired_);
+    next_of_name_.fill(nowhere, second_.count);
+    taken_.fill(false, second_.count);
+    position_ = second_.count;
+    phase_ = Phase::Index;
+}
+
+// From the back, so that every chain runs forward.
+void Pairing::index_one()
+{
+    if (position_ == paired_) {
+        phase_ = Phase::Search;
+        return;
     }
-    return result;
+    --position_;
+    Head& head = first_of_name_[second_.at(position_).name];
+    next_of_name_[position_] = std::exchange(head.item, position_);
+}
+
+void Pairing::search_one()
+{
+    if (position_ == first_.count) {
+        position_ = paired_;
+        phase_ = Phase::Rest;
+        return;
+    }
+    const qsizetype a = position_++;
+    const PairingItem first = first_.at(a);
+    const auto found = first_of_name_.find(first.name);
+    if (found == first_of_name_.end() || found->item == nowhere) {
+        result_.first[a] = first.checksum.isEmpty() ? Mark::None : Mark::NoPartner;
+        return;
+    }
+    const qsizetype b = std::exchange(found->item, next_of_name_[found->item]);
+    taken_[b] = true;
+    judge(a, first, b);
+}
+
+void Pairing::judge(qsizetype a, const PairingItem& first, qsizetype b)
+{
+    const PairingItem second = second_.at(b);
+    if (first.checksum.isEmpty() && second.checksum.isEmpty() &&
+        (first.cleared || second.cleared)) {
+        return;
+    }
+    if (same_checksum(first.checksum, second.checksum)) {
+        result_.first[a] = result_.second[b] = Mark::Identical;
+    } else if (!second.checksum.isEmpty()) {
+        result_.first[a] = result_.second[b] = Mark::Different;
+    }
+}
+
+void Pairing::mark_rest()
+{
+    if (position_ == second_.count) {
+        phase_ = Phase::Done;
+        return;
+    }
+    const qsizetype b = position_++;
+    if (!taken_[b] && !second_.at(b).checksum.isEmpty()) {
+        result_.second[b] = Mark::NoPartner;
+    }
 }
 
 } // namespace engine

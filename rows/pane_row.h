@@ -74,18 +74,18 @@ class PaneRow final : public QTreeWidgetItem
     engine::Mark mark_ = engine::Mark::None;
 };
 
-/// A row's texts, read the way every user of the tree reads them.
-inline QString name_of(const QTreeWidgetItem& row)
+/// The texts of a pane's row, whose items are all PaneRows.
+inline const QString& name_of(const QTreeWidgetItem& row)
 {
-    return row.text(ColName);
+    return static_cast<const PaneRow&>(row).name();
 }
-inline QString path_of(const QTreeWidgetItem& row)
+inline const QString& path_of(const QTreeWidgetItem& row)
 {
-    return row.text(ColPath);
+    return static_cast<const PaneRow&>(row).path();
 }
-inline QString checksum_of(const QTreeWidgetItem& row)
+inline const QString& checksum_of(const QTreeWidgetItem& row)
 {
-    return row.text(ColHash);
+    return static_cast<const PaneRow&>(row).checksum();
 }
 
 /// The mark of a pane's row.

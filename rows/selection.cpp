@@ -12,10 +12,13 @@ QList<QTreeWidgetItem*> selected_rows(const QTreeWidget& tree)
         for (int r = range.top(); r <= range.bottom(); ++r) {
             const QModelIndex index = tree.model()->index(r, range.left(), range.parent());
             QTreeWidgetItem* row = tree.itemFromIndex(index);
-            if (row && !seen.contains(row)) {
-                seen.insert(row);
-                rows.append(row);
+            if (!row || (selection.size() > 1 && seen.contains(row))) {
+                continue;
             }
+            if (selection.size() > 1) {
+                seen.insert(row);
+            }
+            rows.append(row);
         }
     }
     return rows;

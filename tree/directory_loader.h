@@ -34,8 +34,8 @@ class DirectoryLoader final : public QObject
     /// Which directory is listed, as it was named and as a canonical path (empty when it is gone).
     void resolved(const QString& path, const QString& canonical);
 
-    /// The directory's entries. Comes last, once.
-    void loaded(const QList<engine::Entry>& entries);
+    /// The directory's entries, which the receiver may take. Comes last, once.
+    void loaded(QList<engine::Entry>& entries);
 
   private:
     struct Exchange;

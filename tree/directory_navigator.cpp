@@ -2,6 +2,7 @@
 
 #include "platform/volumes.h"
 #include "tree/mytreewidget.h"
+#include "tree/row_disposal.h"
 
 #include <QComboBox>
 #include <QLabel>
@@ -68,7 +69,7 @@ void DirectoryNavigator::start(const DirectoryRequest& request, Then then)
 {
     fresh_ = false;
     drop_listing();
-    tree_.clear();
+    dispose_of_rows(tree_);
     listing_ = true;
     then_ = std::move(then);
     loader_.reset(new DirectoryLoader(request));
@@ -114,11 +115,11 @@ void DirectoryNavigator::show_resolved(const QString& path, const QString& canon
     }
 }
 
-void DirectoryNavigator::insert_rows(const QList<engine::Entry>& entries)
+void DirectoryNavigator::insert_rows(QList<engine::Entry>& entries)
 {
     loader_.reset();
     tree_.scrollToTop();
-    inserter_.insert(nullptr, entries, [this] {
+    inserter_.insert(nullptr, std::move(entries), [this] {
         listing_ = false;
         if (const Then then = std::exchange(then_, {})) {
             then();

@@ -70,7 +70,7 @@ class DirectoryNavigator final : public QObject
     void start(const DirectoryRequest& request, Then then);
     void drop_listing();
     void show_resolved(const QString& path, const QString& canonical, bool opened);
-    void insert_rows(const QList<engine::Entry>& entries);
+    void insert_rows(QList<engine::Entry>& entries);
     void settle();
 
     QTreeWidget& tree_;

@@ -5,6 +5,7 @@
 #include "tree/directory_navigator.h"
 #include "tree/mytreewidget.h"
 #include "tree/pane_host.h"
+#include "tree/row_disposal.h"
 
 #include <QDropEvent>
 #include <QMimeData>
@@ -49,7 +50,7 @@ void show_dropped_files(MyTreeWidget& pane, const QStringList& paths)
 {
     pane.navigator().abandon();
     pane.job_items.clear();
-    pane.clear();
+    dispose_of_rows(pane);
     pane.addTopLevelItems(make_rows(paths));
     pane.sortItems(ColName, Qt::AscendingOrder);
     for (int i = 0; i < pane.topLevelItemCount(); ++i) {

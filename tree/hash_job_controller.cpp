@@ -1,13 +1,11 @@
 #include "tree/hash_job_controller.h"
 
 #include "engine/duration_text.h"
-#include "engine/exclusions.h"
 #include "engine/job_run.h"
 #include "rows/pane_row.h"
 #include "rows/selection.h"
 #include "tree/digest_recorder.h"
 #include "tree/directory_navigator.h"
-#include "tree/hash_plan_builder.h"
 #include "tree/mytreewidget.h"
 #include "tree/pane_host.h"
 #include "tree/row_expander.h"
@@ -15,11 +13,22 @@
 #include <QAction>
 #include <QComboBox>
 
+#include <limits>
 #include <utility>
+
+namespace {
+
+// A few milliseconds of planning.
+constexpr qsizetype rows_per_portion = 10'000;
+
+} // namespace
 
 HashJobController::HashJobController(MyTreeWidget& pane, DigestRecorder& recorder)
     : pane_(pane), recorder_(recorder), rows_(pane, recorder)
-{}
+{
+    next_portion_.setSingleShot(true);
+    next_portion_.callOnTimeout([this] { plan_portion(); });
+}
 
 HashJobController::~HashJobController() = default;
 
@@ -64,14 +73,34 @@ void HashJobController::begin()
     // The job lists what it walks itself; a row expanded meanwhile must not be listed twice.
     pane_.expander().set_lazy(false);
     pane_.expander().cancel();
-    HashPlanBuilder builder(pane_.algorithm(), pane_.exclusions, pane_.shown_directory());
+    planning_.emplace(pane_.algorithm(), pane_.exclusions, pane_.shown_directory());
     recorder_.set_algorithm(pane_.algorithm());
-    planning_ = &builder;
-    kind_ == Kind::Selection ? plan_selection() : plan_directory();
-    planning_ = nullptr;
-    files_total_ = builder.file_count();
-    engine::HashPlan plan = builder.take_plan();
-    rows_.start(builder.take_rows());
+    if (kind_ == Kind::Selection) {
+        planning_->plan_selection(selected_rows(pane_));
+    } else {
+        planning_->plan_files(content_rows(pane_));
+    }
+    plan_portion();
+}
+
+// Planned in portions, many rows keep nothing from happening meanwhile.
+void HashJobController::plan_portion()
+{
+    const bool planned = planning_->advance(rows_per_portion);
+    if (planned || stop_flagged_) {
+        run_plan();
+    } else {
+        next_portion_.start(0);
+    }
+}
+
+void HashJobController::run_plan()
+{
+    next_portion_.stop();
+    files_total_ = planning_->file_count();
+    engine::HashPlan plan = planning_->take_plan();
+    rows_.start(planning_->take_rows());
+    planning_.reset();
     // A job launched while an earlier stop has not been noted hashes nothing. Of a selection it
     // still opens and announces the first file.
     if (stop_flagged_ && kind_ == Kind::Directory) {
@@ -80,25 +109,13 @@ void HashJobController::begin()
     rows_run_->start(std::move(plan), stop_flagged_);
 }
 
-void HashJobController::plan_selection()
+// Before rows die, they are planned as they are; of those that are gone then, the job tells nobody.
+void HashJobController::finish_planning()
 {
-    const QList<QTreeWidgetItem*> rows = selected_rows(pane_);
-    for (QTreeWidgetItem* row : rows) {
-        if (row->type() == TypeFile) {
-            planning_->add_file(row);
-        } else if (!is_way_up(row)) {
-            planning_->add_directory(row);
-        }
+    if (planning_) {
+        planning_->advance(std::numeric_limits<qsizetype>::max());
+        run_plan();
     }
-}
-
-void HashJobController::plan_directory()
-{
-    QList<QTreeWidgetItem*> files = content_rows(pane_);
-    files.removeIf([this](const QTreeWidgetItem* row) {
-        return row->type() != TypeFile || engine::is_excluded(pane_.exclusions, path_of(*row));
-    });
-    planning_->add_distinct_files(files);
 }
 
 void HashJobController::add_directory(QTreeWidgetItem* row)
@@ -162,6 +179,9 @@ void HashJobController::stop()
         }
     }
     begin(); // a job that waits for its rows has none to wait for any more
+    if (planning_) {
+        run_plan();
+    }
 }
 
 void HashJobController::lock_pane()
@@ -196,6 +216,7 @@ QString HashJobController::elapsed_text() const
 
 void HashJobController::forget(const QSet<QTreeWidgetItem*>& dying)
 {
+    finish_planning();
     rows_.forget(dying);
     if (dying.contains(file_row_)) {
         file_row_ = nullptr;
@@ -204,6 +225,7 @@ void HashJobController::forget(const QSet<QTreeWidgetItem*>& dying)
 
 void HashJobController::forget_all()
 {
+    finish_planning();
     rows_.forget_all();
     file_row_ = nullptr;
 }

@@ -1,18 +1,19 @@
 #pragma once
 
 #include "engine/hash_job.h"
+#include "tree/hash_plan_builder.h"
 #include "tree/job_rows.h"
 
 #include <QElapsedTimer>
 #include <QFuture>
 #include <QSet>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
 #include <optional>
 
 class DigestRecorder;
-class HashPlanBuilder;
 class MyTreeWidget;
 class QTreeWidgetItem;
 
@@ -84,8 +85,9 @@ class HashJobController final
     void launch(Kind kind);
     void lock_pane();
     void begin();
-    void plan_selection();
-    void plan_directory();
+    void plan_portion();
+    void run_plan();
+    void finish_planning();
     void finish_hash();
     void receive_single(engine::JobMessage& message);
 
@@ -99,7 +101,8 @@ class HashJobController final
     std::unique_ptr<engine::JobRun> file_run_;
     QFuture<void> rows_future_;
     QFuture<void> file_future_;
-    HashPlanBuilder* planning_ = nullptr;
+    std::optional<HashPlanBuilder> planning_; ///< until the job starts
+    QTimer next_portion_;
     JobRows rows_;
     QTreeWidgetItem* file_row_ = nullptr; ///< that of file_run_
     std::function<void(const QString&)> file_done_;

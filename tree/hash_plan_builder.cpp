@@ -1,5 +1,6 @@
 #include "tree/hash_plan_builder.h"
 
+#include "engine/exclusions.h"
 #include "rows/pane_row.h"
 
 #include <utility>
@@ -12,6 +13,32 @@ HashPlanBuilder::HashPlanBuilder(QCryptographicHash::Algorithm algorithm,
 {
     plan_.algorithm = algorithm;
     plan_.exclusions = exclusions;
+}
+
+void HashPlanBuilder::plan_selection(QList<QTreeWidgetItem*> rows)
+{
+    wanted_ = std::move(rows);
+}
+
+void HashPlanBuilder::plan_files(QList<QTreeWidgetItem*> rows)
+{
+    wanted_ = std::move(rows);
+    files_only_ = true;
+    plan_.steps.reserve(static_cast<size_t>(wanted_.size()));
+}
+
+bool HashPlanBuilder::advance(qsizetype rows)
+{
+    for (; rows > 0 && position_ < wanted_.size(); --rows) {
+        QTreeWidgetItem* row = wanted_[position_++];
+        if (!files_only_) {
+            add_selected(row);
+        } else if (row->type() == TypeFile &&
+                   !engine::is_excluded(plan_.exclusions, path_of(*row))) {
+            add(Kind::File, row);
+        }
+    }
+    return position_ == wanted_.size();
 }
 
 void HashPlanBuilder::add(Kind kind, QTreeWidgetItem* row)
@@ -36,11 +63,12 @@ void HashPlanBuilder::add_file(QTreeWidgetItem* row)
     add_once(Kind::File, row);
 }
 
-void HashPlanBuilder::add_distinct_files(const QList<QTreeWidgetItem*>& rows)
+void HashPlanBuilder::add_selected(QTreeWidgetItem* row)
 {
-    plan_.steps.reserve(static_cast<size_t>(rows.size()));
-    for (QTreeWidgetItem* row : rows) {
-        add(Kind::File, row);
+    if (row->type() == TypeFile) {
+        add_file(row);
+    } else if (!is_way_up(row)) {
+        add_directory(row);
     }
 }
 
@@ -51,12 +79,7 @@ void HashPlanBuilder::add_directory(QTreeWidgetItem* row)
         return;
     }
     for (int i = 0; i < row->childCount(); ++i) {
-        QTreeWidgetItem* child = row->child(i);
-        if (child->type() == TypeFile) {
-            add_file(child);
-        } else if (!is_way_up(child)) {
-            add_directory(child);
-        }
+        add_selected(row->child(i));
     }
 }
 

@@ -3,11 +3,15 @@
 #include "engine/hash_job.h"
 #include "tree/row_table.h"
 
+#include <QList>
 #include <QSet>
 
 class QTreeWidgetItem;
 
 /// Turns rows into the plan of a job: what to hash, in which order, and which number is which row.
+///
+/// The rows that a job is asked for are handed over at once and added in portions; none of them may
+/// die before they are added.
 class HashPlanBuilder final
 {
   public:
@@ -16,12 +20,14 @@ class HashPlanBuilder final
     HashPlanBuilder(QCryptographicHash::Algorithm algorithm, const QStringList& exclusions,
                     const QString& directory);
 
-    /// Adds a file, unless it has a step: a row that is selected together with its directory is
-    /// hashed once, or it would take two partners in a comparison.
-    void add_file(QTreeWidgetItem* row);
+    /// What to add: these rows, with all that directories among them hold.
+    void plan_selection(QList<QTreeWidgetItem*> rows);
 
-    /// Adds files of which each is named once.
-    void add_distinct_files(const QList<QTreeWidgetItem*>& rows);
+    /// What to add: those of these rows, each named once, that are files and not excluded.
+    void plan_files(QList<QTreeWidgetItem*> rows);
+
+    /// Adds the next of these rows; answers whether all are added.
+    bool advance(qsizetype rows);
 
     /// Adds a directory with all that is below it: the rows that it has, or else what a walk will
     /// find.
@@ -34,9 +40,16 @@ class HashPlanBuilder final
     RowTable take_rows() { return std::move(rows_); }
 
   private:
+    /// Adds a file, unless it has a step: a row that is selected together with its directory is
+    /// hashed once, or it would take two partners in a comparison.
+    void add_file(QTreeWidgetItem* row);
+    void add_selected(QTreeWidgetItem* row);
     void add(engine::HashStep::Kind kind, QTreeWidgetItem* row);
     bool add_once(engine::HashStep::Kind kind, QTreeWidgetItem* row);
 
+    QList<QTreeWidgetItem*> wanted_;
+    qsizetype position_ = 0; ///< of the next wanted row
+    bool files_only_ = false;
     engine::HashPlan plan_;
     QString directory_;
     RowTable rows_;

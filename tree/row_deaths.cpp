@@ -29,9 +29,14 @@ QSet<QTreeWidgetItem*> rows_between(const QTreeWidget& tree, QTreeWidgetItem* pa
 void watch_row_deaths(QTreeWidget& tree, std::function<void(const QSet<QTreeWidgetItem*>&)> dying,
                       std::function<void()> all)
 {
+    QObject::connect(tree.model(), &QAbstractItemModel::modelAboutToBeReset, &tree, all);
     QObject::connect(tree.model(), &QAbstractItemModel::rowsAboutToBeRemoved, &tree,
-                     [&tree, tell = std::move(dying)](const QModelIndex& at, int first, int last) {
-                         tell(rows_between(tree, tree.itemFromIndex(at), first, last));
+                     [&tree, some = std::move(dying), all = std::move(all)](const QModelIndex& at,
+                                                                            int first, int last) {
+                         if (!at.isValid() && last - first + 1 == tree.topLevelItemCount()) {
+                             all();
+                         } else {
+                             some(rows_between(tree, tree.itemFromIndex(at), first, last));
+                         }
                      });
-    QObject::connect(tree.model(), &QAbstractItemModel::modelAboutToBeReset, &tree, std::move(all));
 }

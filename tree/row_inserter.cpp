@@ -11,9 +11,9 @@
 
 namespace {
 
-// Looked at after every so many rows, a slice ends in time for the next frame.
-constexpr qsizetype rows_per_look = 250;
-constexpr int slice_ms = 6;
+// So many rows are added at a time; after each, a slice may end in time for the next frame.
+constexpr qsizetype rows_per_portion = 250;
+constexpr int slice_ms = 4;
 
 PaneRow* make_row(const engine::Entry& entry)
 {
@@ -24,7 +24,7 @@ PaneRow* make_row(const engine::Entry& entry)
 }
 
 /// An item that does not know its position is looked for from the end of its parent's list, and
-/// remembers what was found. Asked for right after it was added, last one first, each is found
+/// remembers what was found. Asked for right after a few were added, last one first, each is found
 /// near the end; left for later, a large listing would be searched once per row.
 void prime_positions(const QTreeWidget& tree, const QList<QTreeWidgetItem*>& rows)
 {
@@ -54,15 +54,9 @@ void RowInserter::insert_slice()
 {
     QElapsedTimer slice;
     slice.start();
-    QList<QTreeWidgetItem*> rows;
-    while (position_ < entries_.size()) {
-        rows.append(make_row(entries_[position_++]));
-        if (rows.size() % rows_per_look == 0 && slice.hasExpired(slice_ms)) {
-            break;
-        }
-    }
-    parent_ ? parent_->addChildren(rows) : tree_.addTopLevelItems(rows);
-    prime_positions(tree_, rows);
+    do {
+        insert_portion();
+    } while (position_ < entries_.size() && !slice.hasExpired(slice_ms));
     if (position_ < entries_.size()) {
         next_slice_.start(0);
         return;
@@ -71,6 +65,20 @@ void RowInserter::insert_slice()
     if (const auto then = std::exchange(then_, {})) {
         then();
     }
+}
+
+void RowInserter::insert_portion()
+{
+    const qsizetype end = std::min(position_ + rows_per_portion, entries_.size());
+    QList<QTreeWidgetItem*> rows;
+    rows.reserve(end - position_);
+    while (position_ < end) {
+        // Given up one by one: as many at once would take as long as a slice to free.
+        const engine::Entry entry = std::exchange(entries_[position_++], {});
+        rows.append(make_row(entry));
+    }
+    parent_ ? parent_->addChildren(rows) : tree_.addTopLevelItems(rows);
+    prime_positions(tree_, rows);
 }
 
 void RowInserter::cancel()

@@ -28,6 +28,7 @@ class RowInserter final : public QObject
 
   private:
     void insert_slice();
+    void insert_portion();
 
     QTreeWidget& tree_;
     QTimer next_slice_;

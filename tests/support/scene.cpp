@@ -33,7 +33,7 @@ void Scene::rebuild()
 bool Scene::is_busy() const
 {
     return first->job_running() || second->job_running() || first->is_listing() ||
-           second->is_listing();
+           second->is_listing() || window->is_marking();
 }
 
 bool Scene::wait_idle() const
