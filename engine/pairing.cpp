@@ -14,8 +14,9 @@ bool same_checksum(const QString& a, const QString& b)
 } // namespace
 
 Pairing::Pairing(Items first, Items second)
-    : first_(std::move(first)), second_(std::move(second)),
-      result_{QList<Mark>(first_.count, Mark::None), QList<Mark>(second_.count, Mark::None)}
+    : first_(std::move(first)),
+      second_(std::move(second)), result_{QList<Mark>(first_.count, Mark::None),
+                                          QList<Mark>(second_.count, Mark::None)}
 {}
 
 bool Pairing::advance(qsizetype items)

@@ -80,8 +80,8 @@ class Pairing final
     Items second_;
     PairingResult result_;
     Phase phase_ = Phase::SameOrder;
-    qsizetype position_ = 0; ///< in the list that the phase goes through
-    qsizetype paired_ = 0;   ///< that many first items of both lists are partners
+    qsizetype position_ = 0;             ///< in the list that the phase goes through
+    qsizetype paired_ = 0;               ///< that many first items of both lists are partners
     QHash<QString, Head> first_of_name_; ///< in the second list, of those not yet taken
     QList<qsizetype> next_of_name_;      ///< the one of the same name after each of them
     QList<bool> taken_;                  ///< of the second list, behind the first paired_ ones

@@ -87,12 +87,10 @@ void RowExpander::start_first()
 {
     const QString path = path_of(*queue_.front().row);
     loader_.reset(new DirectoryLoader({path, engine::held_entries, false}));
-    connect(loader_.get(), &DirectoryLoader::loaded, this,
-            [this](QList<engine::Entry>& entries) {
-                loader_.reset();
-                inserter_.insert(queue_.front().row, std::move(entries),
-                                 [this] { finish_first(); });
-            });
+    connect(loader_.get(), &DirectoryLoader::loaded, this, [this](QList<engine::Entry>& entries) {
+        loader_.reset();
+        inserter_.insert(queue_.front().row, std::move(entries), [this] { finish_first(); });
+    });
     if (!queue_.front().with_all_below) {
         loader_->wait(patience_ms);
     }
