@@ -46,6 +46,7 @@ class MainFen : public QMainWindow, public PaneHost
     void show_status(const QString& text) override;
     bool is_hashing() const override;
     void pane_released() override;
+    void finish_marking() override;
 
     /// Whether the panes have hashed, and their rows are still being marked.
     bool is_marking() const;

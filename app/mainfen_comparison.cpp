@@ -45,7 +45,7 @@ QList<QTreeWidgetItem*> namesakes(const MyTreeWidget& pane, const QStringList& n
 
 void MainFen::reinitialiser_lancer()
 {
-    pair_marker->finish();
+    finish_marking();
     timer.start();
     if (sender() == act_compare_all) {
         start_comparing_all();

@@ -44,14 +44,19 @@ void MainFen::release_algorithm()
 
 void MainFen::restart_timer()
 {
-    pair_marker->finish();
+    finish_marking();
     timer.start();
     run_judged = false;
 }
 
+void MainFen::finish_marking()
+{
+    pair_marker->finish();
+}
+
 void MainFen::show_status(const QString& text)
 {
-    pair_marker->finish(); // whose message was to be seen first
+    finish_marking(); // whose message was to be seen first
     statusBar()->showMessage(text);
 }
 
@@ -65,4 +70,5 @@ void MainFen::pane_released()
     if (!run_judged) {
         compare();
     }
+    finish_marking(); // before the pane reports
 }

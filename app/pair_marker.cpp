@@ -27,8 +27,10 @@ bool is_an_act(const QEvent& event)
 {
     switch (event.type()) {
     case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonRelease:
     case QEvent::MouseButtonDblClick:
     case QEvent::KeyPress:
+    case QEvent::KeyRelease:
     case QEvent::ShortcutOverride:
     case QEvent::ContextMenu:
     case QEvent::Drop:
@@ -117,8 +119,11 @@ void PairMarker::conclude()
 
 bool PairMarker::eventFilter(QObject* watched, QEvent* event)
 {
-    if (is_an_act(*event)) {
-        finish();
+    if (!is_an_act(*event)) {
+        return QObject::eventFilter(watched, event);
     }
-    return QObject::eventFilter(watched, event);
+    // Where that opens a dialog, the act was meant for what the dialog keeps out of reach.
+    const QWidget* before = QApplication::activeModalWidget();
+    finish();
+    return QApplication::activeModalWidget() != before;
 }

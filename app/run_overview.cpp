@@ -8,7 +8,6 @@
 #include <QLocale>
 #include <QPushButton>
 #include <QTreeWidget>
-#include <QTreeWidgetItemIterator>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
@@ -19,12 +18,8 @@ namespace {
 // Fast enough to see that it goes on, slow enough to be read.
 constexpr auto pace = 250ms;
 
-constexpr std::size_t index_of(Mark mark)
-{
-    return static_cast<std::size_t>(mark);
-}
-
-constexpr std::size_t mark_kinds = index_of(Mark::Cleared) + 1;
+// A few milliseconds of counting, before other events have their turn.
+constexpr int rows_per_slice = 10'000;
 
 QString grouped(int number)
 {
@@ -98,6 +93,8 @@ RunOverview::RunOverview(const Pane& first, const Pane& second, QWidget* parent)
         row->addWidget(count.button);
     }
     forget_marks();
+    next_slice_.setSingleShot(true);
+    connect(&next_slice_, &QTimer::timeout, this, &RunOverview::count_slice);
     pace_.setInterval(pace);
     connect(&pace_, &QTimer::timeout, this, &RunOverview::show_progress);
     for (const Pane& pane : panes_) {
@@ -150,25 +147,62 @@ void RunOverview::show_progress()
 
 void RunOverview::count_marks()
 {
-    // By pane and mark.
-    std::array<std::array<int, mark_kinds>, 2> rows{};
-    for (std::size_t i = 0; i < panes_.size(); ++i) {
-        for_each_row(*panes_[i].rows->invisibleRootItem(),
-                     [&](const PaneRow& row) { ++rows[i][index_of(row.mark())]; });
-    }
     show_progress();
     for (Count& count : counts_) {
-        show_count(count, rows[static_cast<std::size_t>(count.pane)][index_of(count.mark)]);
+        count.rows = 0;
+    }
+    pane_counted_ = 0;
+    next_row_.emplace(panes_.front().rows);
+    count_slice();
+}
+
+void RunOverview::count_slice()
+{
+    for (int rows = 0; rows < rows_per_slice; ++rows) {
+        if (const QTreeWidgetItem* row = **next_row_) {
+            count_row(mark_of(*row));
+            ++*next_row_;
+        } else if (++pane_counted_ < panes_.size()) {
+            next_row_.emplace(panes_[pane_counted_].rows);
+        } else {
+            stop_counting();
+            show_counts();
+            return;
+        }
+    }
+    next_slice_.start(0);
+}
+
+void RunOverview::count_row(Mark mark)
+{
+    for (Count& count : counts_) {
+        if (count.mark == mark && count.pane == pane_counted_) {
+            ++count.rows;
+        }
     }
 }
 
-void RunOverview::show_count(const Count& count, int rows)
+void RunOverview::stop_counting()
 {
-    const QString number = grouped(rows);
-    const QString ground = rows > 0 ? u"background: %1; color: black;"_s.arg(count.colour) : u""_s;
+    next_slice_.stop();
+    next_row_.reset();
+}
+
+void RunOverview::show_counts()
+{
+    for (const Count& count : counts_) {
+        show_count(count);
+    }
+}
+
+void RunOverview::show_count(const Count& count)
+{
+    const QString number = grouped(count.rows);
+    const QString ground =
+        count.rows > 0 ? u"background: %1; color: black;"_s.arg(count.colour) : u""_s;
     count.button->setText(count.sign + QChar::Nbsp + number);
     count.button->setAccessibleName(count.meaning + u' ' + number);
-    count.button->setEnabled(rows > 0);
+    count.button->setEnabled(count.rows > 0);
     count.button->setStyleSheet(
         u"QPushButton { border: 1px solid transparent; padding: 0px 5px; %1 }"
         "QPushButton:focus { border-color: palette(window-text); }"_s.arg(ground));
@@ -177,6 +211,7 @@ void RunOverview::show_count(const Count& count, int rows)
 
 void RunOverview::forget_marks()
 {
+    stop_counting();
     for (const Count& count : counts_) {
         count.button->hide();
     }
@@ -184,7 +219,7 @@ void RunOverview::forget_marks()
 
 void RunOverview::go_to_next(const Count& count)
 {
-    QTreeWidget& tree = *panes_[static_cast<std::size_t>(count.pane)].rows;
+    QTreeWidget& tree = *panes_[count.pane].rows;
     if (QTreeWidgetItem* row = next_marked(tree, count.mark)) {
         make_current(tree, row);
     } else {

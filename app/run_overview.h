@@ -3,10 +3,12 @@
 #include "engine/pairing.h"
 
 #include <QTimer>
+#include <QTreeWidgetItemIterator>
 #include <QWidget>
 
 #include <array>
 #include <functional>
+#include <optional>
 
 class QLabel;
 class QPushButton;
@@ -56,20 +58,28 @@ class RunOverview final : public QWidget
     struct Count
     {
         engine::Mark mark = engine::Mark::None;
-        int pane = 0; ///< whose rows it counts and goes through
+        std::size_t pane = 0; ///< whose rows it counts and goes through
         QString sign;
         QString meaning;
         QString colour;
         QPushButton* button = nullptr;
+        int rows = 0;
     };
 
     void create_button(Count& count);
     void show_progress();
-    void show_count(const Count& count, int rows);
+    void count_slice();
+    void count_row(engine::Mark mark);
+    void stop_counting();
+    void show_counts();
+    void show_count(const Count& count);
     void go_to_next(const Count& count);
 
     std::array<Pane, 2> panes_;
     std::array<QLabel*, 2> labels_{};
     std::array<Count, 4> counts_;
     QTimer pace_;
+    std::size_t pane_counted_ = 0;
+    std::optional<QTreeWidgetItemIterator> next_row_; ///< while rows are being counted
+    QTimer next_slice_;
 };

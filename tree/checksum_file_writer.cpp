@@ -97,6 +97,8 @@ ChecksumFileWriter::Outcome ChecksumFileWriter::write_files(const QMap<QString, 
                                                             const std::stop_token& stop)
 {
     Outcome outcome;
+    QString parent; // of the file before, most often of the next one too
+    QString directory;
     for (const auto& [path, digest] : digests.asKeyValueRange()) {
         if (stop.stop_requested()) {
             break;
@@ -105,7 +107,10 @@ ChecksumFileWriter::Outcome ChecksumFileWriter::write_files(const QMap<QString, 
         const QString name = file.fileName() + extension;
         outcome.last_name = name;
         // Gone meanwhile; without its directory this would be a file of the root.
-        const QString directory = QFileInfo(file.path()).canonicalFilePath();
+        if (file.path() != parent) {
+            parent = file.path();
+            directory = QFileInfo(parent).canonicalFilePath();
+        }
         const QString target = with_slash(directory) + name;
         if (!directory.isEmpty() && QFileInfo::exists(target)) {
             continue;

@@ -16,6 +16,9 @@ namespace {
 // answer meanwhile, and the pane is not seen empty.
 constexpr int patience_ms = 8;
 
+// A directory that had more rows than this is not waited for when it is listed again.
+constexpr int most_rows_in_time = 2'000;
+
 QString custom_entry()
 {
     return MyTreeWidget::tr("Personnalisé");
@@ -69,6 +72,8 @@ void DirectoryNavigator::start(const DirectoryRequest& request, Then then)
 {
     fresh_ = false;
     drop_listing();
+    const bool again = std::exchange(listed_path_, request.path) == request.path;
+    const bool is_long = again && tree_.topLevelItemCount() > most_rows_in_time;
     dispose_of_rows(tree_);
     listing_ = true;
     then_ = std::move(then);
@@ -78,7 +83,7 @@ void DirectoryNavigator::start(const DirectoryRequest& request, Then then)
                 show_resolved(path, canonical, opened);
             });
     connect(loader_.get(), &DirectoryLoader::loaded, this, &DirectoryNavigator::insert_rows);
-    loader_->wait(patience_ms);
+    loader_->wait(is_long ? 0 : patience_ms);
     if (loader_ && request.falls_back) {
         controls_.status_label->setText(QDir::toNativeSeparators(request.path));
     }

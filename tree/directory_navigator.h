@@ -78,6 +78,7 @@ class DirectoryNavigator final : public QObject
     RowInserter inserter_;
     QDir dir_;
     QString canonical_;
+    QString listed_path_; ///< what the last listing was asked for
     DirectoryLoaderPointer loader_;
     bool listing_ = false;
     bool fresh_ = true;

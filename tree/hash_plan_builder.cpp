@@ -29,16 +29,38 @@ void HashPlanBuilder::plan_files(QList<QTreeWidgetItem*> rows)
 
 bool HashPlanBuilder::advance(qsizetype rows)
 {
-    for (; rows > 0 && position_ < wanted_.size(); --rows) {
-        QTreeWidgetItem* row = wanted_[position_++];
-        if (!files_only_) {
-            add_selected(row);
-        } else if (row->type() == TypeFile &&
-                   !engine::is_excluded(plan_.exclusions, path_of(*row))) {
-            add(Kind::File, row);
-        }
+    bool more = true;
+    for (; rows > 0 && more; --rows) {
+        more = add_next();
     }
-    return position_ == wanted_.size();
+    return !more;
+}
+
+bool HashPlanBuilder::add_next()
+{
+    if (!open_.empty()) {
+        Open& innermost = open_.back();
+        if (innermost.next_child < innermost.row->childCount()) {
+            add_selected(innermost.row->child(innermost.next_child++));
+        } else {
+            open_.pop_back();
+        }
+        return true;
+    }
+    if (position_ == wanted_.size()) {
+        return false;
+    }
+    add_wanted(wanted_[position_++]);
+    return true;
+}
+
+void HashPlanBuilder::add_wanted(QTreeWidgetItem* row)
+{
+    if (!files_only_) {
+        add_selected(row);
+    } else if (row->type() == TypeFile && !engine::is_excluded(plan_.exclusions, path_of(*row))) {
+        add(Kind::File, row);
+    }
 }
 
 void HashPlanBuilder::add(Kind kind, QTreeWidgetItem* row)
@@ -75,11 +97,8 @@ void HashPlanBuilder::add_selected(QTreeWidgetItem* row)
 void HashPlanBuilder::add_directory(QTreeWidgetItem* row)
 {
     const bool known = row->childCount() > 0;
-    if (!add_once(known ? Kind::Enter : Kind::Walk, row)) {
-        return;
-    }
-    for (int i = 0; i < row->childCount(); ++i) {
-        add_selected(row->child(i));
+    if (add_once(known ? Kind::Enter : Kind::Walk, row) && known) {
+        open_.push_back({row, 0});
     }
 }
 

@@ -6,6 +6,8 @@
 #include <QList>
 #include <QSet>
 
+#include <vector>
+
 class QTreeWidgetItem;
 
 /// Turns rows into the plan of a job: what to hash, in which order, and which number is which row.
@@ -26,11 +28,11 @@ class HashPlanBuilder final
     /// What to add: those of these rows, each named once, that are files and not excluded.
     void plan_files(QList<QTreeWidgetItem*> rows);
 
-    /// Adds the next of these rows; answers whether all are added.
+    /// Adds the next rows; answers whether all are added.
     bool advance(qsizetype rows);
 
-    /// Adds a directory with all that is below it: the rows that it has, or else what a walk will
-    /// find.
+    /// Adds a directory with all that is below it: next the rows that it has, or else what a walk
+    /// will find.
     void add_directory(QTreeWidgetItem* row);
 
     /// Files that the plan names; -1 when walks will find more.
@@ -44,11 +46,21 @@ class HashPlanBuilder final
     /// hashed once, or it would take two partners in a comparison.
     void add_file(QTreeWidgetItem* row);
     void add_selected(QTreeWidgetItem* row);
+    void add_wanted(QTreeWidgetItem* row);
+    bool add_next();
     void add(engine::HashStep::Kind kind, QTreeWidgetItem* row);
     bool add_once(engine::HashStep::Kind kind, QTreeWidgetItem* row);
 
     QList<QTreeWidgetItem*> wanted_;
     qsizetype position_ = 0; ///< of the next wanted row
+
+    /// A directory whose rows are being added before the next wanted row.
+    struct Open
+    {
+        QTreeWidgetItem* row;
+        int next_child;
+    };
+    std::vector<Open> open_; ///< the innermost last
     bool files_only_ = false;
     engine::HashPlan plan_;
     QString directory_;

@@ -1,6 +1,8 @@
 #include "tree/mytreewidget.h"
 
 #include "rows/pane_row.h"
+#include "rows/row_marks.h"
+#include "rows/selection.h"
 #include "tree/checksum_file_verifier.h"
 #include "tree/checksum_file_writer.h"
 #include "tree/digest_check.h"
@@ -126,4 +128,24 @@ void MyTreeWidget::forget_all_rows()
     jobs_->forget_all();
     check_->forget_all();
     expander_->cancel();
+}
+
+void MyTreeWidget::reset_marks()
+{
+    main_window->finish_marking();
+    clear_checksums(*this);
+}
+
+void MyTreeWidget::deselect_top_level()
+{
+    deselect_top_level_rows(*this);
+}
+
+QTreeWidgetItem* MyTreeWidget::select_by_name(const QString& name)
+{
+    QTreeWidgetItem* row = find_content_row(*this, name);
+    if (row) {
+        row->setSelected(true);
+    }
+    return row;
 }

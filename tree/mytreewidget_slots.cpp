@@ -3,7 +3,6 @@
 #include "engine/exclusions.h"
 #include "platform/file_manager.h"
 #include "rows/pane_row.h"
-#include "rows/row_marks.h"
 #include "rows/selection.h"
 #include "tree/checksum_file_verifier.h"
 #include "tree/checksum_file_writer.h"
@@ -170,7 +169,7 @@ void MyTreeWidget::checksum_hash_done()
     check_->show_result();
 }
 
-// Exclusions, marks and selection
+// Exclusions
 
 void MyTreeWidget::set_exclus(QString exclu)
 {
@@ -180,25 +179,6 @@ void MyTreeWidget::set_exclus(QString exclu)
 QString MyTreeWidget::get_exclus() const
 {
     return engine::format_exclusions(exclusions);
-}
-
-void MyTreeWidget::reset_marks()
-{
-    clear_checksums(*this);
-}
-
-void MyTreeWidget::deselect_top_level()
-{
-    deselect_top_level_rows(*this);
-}
-
-QTreeWidgetItem* MyTreeWidget::select_by_name(const QString& name)
-{
-    QTreeWidgetItem* row = find_content_row(*this, name);
-    if (row) {
-        row->setSelected(true);
-    }
-    return row;
 }
 
 // What a person does in the pane

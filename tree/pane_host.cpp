@@ -19,6 +19,7 @@ class LoneHost final : public PaneHost
     void show_status(const QString& /*text*/) override {}
     bool is_hashing() const override { return pane_->job_running(); }
     void pane_released() override {}
+    void finish_marking() override {}
 
   private:
     MyTreeWidget* pane_ = nullptr;

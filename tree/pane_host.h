@@ -40,6 +40,10 @@ class PaneHost
 
     /// A pane that was busy without a job is so no more; a comparison may have waited for it.
     virtual void pane_released() = 0;
+
+    /// The pane takes checksums back: a comparison that is still marking rows by them is to be done
+    /// first.
+    virtual void finish_marking() = 0;
 };
 
 /// The host of a pane that stands alone: the pane's algorithm is all there is to choose.

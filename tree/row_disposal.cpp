@@ -51,6 +51,7 @@ void dispose_of_rows(QTreeWidget& tree)
 {
     tree.selectionModel()->clear();
     QList<QTreeWidgetItem*> rows = tree.invisibleRootItem()->takeChildren();
+    tree.clear(); // costs nothing now, and resets the view as ever
     if (!rows.isEmpty()) {
         new RowDisposal(std::move(rows), &tree);
     }
