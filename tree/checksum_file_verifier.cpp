@@ -38,7 +38,7 @@ QString unreadable_text(const QString& path, QCryptographicHash::Algorithm algor
 }
 
 /// The lines of a checksum file that the computed digests do not agree with.
-ReportLines find_errors(engine::ExpectedDigests expected, const QMap<QString, QString>& computed)
+ReportLines find_errors(engine::ExpectedDigests expected, const DigestRecorder::Digests& computed)
 {
     struct Errors
     {
@@ -162,7 +162,7 @@ void ChecksumFileVerifier::finish()
     run_in_background(
         &pane_,
         [path, stop = stop_.get_token(),
-         computed = recorder_.digested()]() -> std::optional<ReportLines> {
+         computed = recorder_.digests()]() -> std::optional<ReportLines> {
             Expected expected = engine::read_checksum_file(path, stop);
             if (!expected) {
                 return std::nullopt;

@@ -74,11 +74,12 @@ void ChecksumFileWriter::begin_files()
 
 void ChecksumFileWriter::finish_files()
 {
-    const QMap<QString, QString> digests = recorder_.digested();
+    const DigestRecorder::Digests digests = recorder_.digests();
+    const bool any_digest = recorder_.has_digests();
     recorder_.clear();
     QObject::disconnect(&pane_.job_watcher, &QFutureWatcherBase::finished, &pane_,
                         &MyTreeWidget::cc_file);
-    if (digests.isEmpty()) {
+    if (!any_digest) {
         pane_.list_anew_and_select({});
         return;
     }
@@ -87,7 +88,9 @@ void ChecksumFileWriter::finish_files()
     run_in_background(
         &pane_,
         [digests, suffix = extension(recorder_.algorithm()), header = header_lines(),
-         stop = stop_.get_token()] { return write_files(digests, suffix, header, stop); },
+         stop = stop_.get_token()] {
+            return write_files(DigestRecorder::in_path_order(digests), suffix, header, stop);
+        },
         [this](const Outcome& outcome) { end_files(outcome); });
 }
 
@@ -178,8 +181,9 @@ void ChecksumFileWriter::write_directory(const QString& directory, const QString
     jobs_.occupy();
     run_in_background(
         &pane_,
-        [digests = recorder_.digested(), header = header_lines(),
+        [recorded = recorder_.digests(), header = header_lines(),
          target = with_slash(directory) + name] {
+            const QMap<QString, QString> digests = DigestRecorder::in_path_order(recorded);
             // An older list is worth more than one without a line.
             if (digests.isEmpty() && QFileInfo::exists(target)) {
                 return true;

@@ -1,14 +1,17 @@
 #include "tree/digest_recorder.h"
 
+#include <algorithm>
+#include <functional>
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
-namespace {
-
-// No file has such a path.
-const QString directory_key = u"MyTreeWidget_PATH"_s;
-const QString checksum_file_key = u"MyTreeWidget_HASH"_s;
-
-} // namespace
+void DigestRecorder::clear()
+{
+    digests_.clear();
+    directory_.reset();
+    checksum_file_.clear();
+}
 
 void DigestRecorder::expect(const QString& path)
 {
@@ -17,28 +20,22 @@ void DigestRecorder::expect(const QString& path)
 
 void DigestRecorder::set_directory(const QString& path)
 {
-    digests_.insert(directory_key, path);
+    directory_ = path;
 }
 
 std::optional<QString> DigestRecorder::take_directory()
 {
-    const auto found = digests_.find(directory_key);
-    if (found == digests_.end()) {
-        return std::nullopt;
-    }
-    const QString path = *found;
-    digests_.erase(found);
-    return path;
+    return std::exchange(directory_, std::nullopt);
 }
 
 void DigestRecorder::set_checksum_file(const QString& path)
 {
-    digests_.insert(checksum_file_key, path);
+    checksum_file_ = path;
 }
 
 QString DigestRecorder::checksum_file() const
 {
-    return digests_.value(checksum_file_key);
+    return checksum_file_;
 }
 
 void DigestRecorder::record(const QString& path, const QString& digest)
@@ -48,11 +45,23 @@ void DigestRecorder::record(const QString& path, const QString& digest)
     }
 }
 
-QMap<QString, QString> DigestRecorder::digested() const
+bool DigestRecorder::is_armed() const
 {
-    QMap<QString, QString> files = digests_;
-    files.remove(directory_key);
-    files.remove(checksum_file_key);
-    files.removeIf([](const auto& file) { return file.value().isEmpty(); });
-    return files;
+    return !digests_.isEmpty() || directory_ || !checksum_file_.isEmpty();
+}
+
+bool DigestRecorder::has_digests() const
+{
+    return !std::all_of(digests_.begin(), digests_.end(), std::mem_fn(&QString::isEmpty));
+}
+
+QMap<QString, QString> DigestRecorder::in_path_order(const Digests& digests)
+{
+    QMap<QString, QString> sorted;
+    for (const auto& [path, digest] : digests.asKeyValueRange()) {
+        if (!digest.isEmpty()) {
+            sorted.insert(path, digest);
+        }
+    }
+    return sorted;
 }

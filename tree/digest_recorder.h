@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QCryptographicHash>
+#include <QHash>
 #include <QMap>
 #include <QString>
 
@@ -15,7 +16,7 @@ class DigestRecorder final
 {
   public:
     /// Starts over: nothing is kept, nothing recorded.
-    void clear() { digests_.clear(); }
+    void clear();
 
     /// Awaits the digest of a file.
     void expect(const QString& path);
@@ -37,12 +38,21 @@ class DigestRecorder final
     void record(const QString& path, const QString& digest);
 
     /// Whether anything is kept or awaited.
-    bool is_armed() const { return !digests_.isEmpty(); }
+    bool is_armed() const;
 
-    /// The files whose digests are there, in the order of their paths.
-    QMap<QString, QString> digested() const;
+    /// What is kept, by path: nothing yet for a file that is awaited.
+    using Digests = QHash<QString, QString>;
+    const Digests& digests() const { return digests_; }
+
+    /// Whether any digest is there.
+    bool has_digests() const;
+
+    /// Those that are there, in the order of their paths. Safe in any thread.
+    static QMap<QString, QString> in_path_order(const Digests& digests);
 
   private:
-    QMap<QString, QString> digests_;
+    Digests digests_;
+    std::optional<QString> directory_;
+    QString checksum_file_;
     QCryptographicHash::Algorithm algorithm_ = QCryptographicHash::Md5;
 };
