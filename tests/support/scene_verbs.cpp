@@ -37,11 +37,11 @@ QString Scene::menu_of(MyTreeWidget& pane)
             const auto below = action->menu() ? action->menu()->actions() : QList<QAction*>();
             for (const QAction* each : below) { texts << u'>' + each->text(); }
         }
-        menu ? menu->close() : false;
+        menu ? (texts << menu->title(), menu->close()) : false;
     });
     QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(5, 5), QPoint(5, 5));
     QCoreApplication::sendEvent(&pane, &event);
-    return texts.join(u' ');
+    return texts.join(u' ').trimmed();
 }
 
 void Scene::press(QWidget& widget, const QString& key)
