@@ -179,9 +179,6 @@ void HashJobController::stop()
         }
     }
     begin(); // a job that waits for its rows has none to wait for any more
-    if (planning_) {
-        run_plan();
-    }
 }
 
 void HashJobController::lock_pane()
