@@ -196,9 +196,13 @@ QHash<QString, Scene::Verb> Scene::verbs()
     add("after-job", [](S& s, P& p, A a) {
         QObject::connect(&p, &P::alldone, &s.watch_, [&s, a] { s.run(a[0] + u'&'); });
     });
-    add("hold", [](S& s, P& p, A a) { // waits until a file is being read
+    add("hold", [](S& s, P& p, A a) { // until a file is being read, and those before are counted
         const QString moment = u"En cours : "_s + s.working_dir.at(a[0]);
-        const auto came = [&] { return p.status_label->text() == moment; };
+        const auto* done = s.window->statusBar()->findChildren<QLabel*>()[&p == s.first ? 0 : 1];
+        const auto counted = [&] {
+            return done->text().startsWith(QString::number(p.job_items.size()));
+        };
+        const auto came = [&] { return p.status_label->text() == moment && counted(); };
         return QTest::qWaitFor(came, 60000) ? u""_s : u"never"_s;
     });
 
