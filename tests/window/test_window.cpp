@@ -93,9 +93,7 @@ void TestWindow::stays_in_sight_and_its_size()
     Scene scene;
     scene.window->show();
     const QString deep = u"l"_s + u"/a directory"_s.repeated(14);
-    scene.run(u"put \"%1/\""_s.arg(deep));
-    scene.run(u"type L \"%1\""_s.arg(deep));
-    QCOMPARE(scene.run(u"path L"_s), u'~' + deep);
+    QCOMPARE(scene.run(u"put \"%1/\" ; type L \"%1\" ; path L"_s.arg(deep)), u'~' + deep);
     QCOMPARE(scene.window->size(), QSize(800, 600));
     QVERIFY(scene.window->minimumSizeHint().width() <= 800);
 }
@@ -116,6 +114,8 @@ void TestWindow::can_be_read_by_everyone()
         {engine::Mark::Identical, false, false},
         {engine::Mark::NoPartner, false, true},
         {engine::Mark::Different, true, false}};
+    row->setIcon(ColName, QIcon(u":/res/ok.png"_s));
+    QCOMPARE(row->data(ColName, Qt::DecorationRole).value<QIcon>().availableSizes().size(), 1);
     for (const auto& [mark, bold, italic] : looks) {
         row->set_mark(mark);
         QCOMPARE(row->foreground(ColName).color(), QColor(Qt::black));
